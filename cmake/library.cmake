@@ -1,0 +1,35 @@
+# VexaWinIO64.dll. The objects are a target of their own: tests link them into a program whose import table they patch.
+add_library(vexa_objects OBJECT
+  ec/battery_information.cc
+  ec/battery_names.cc
+  ec/battery_numeric.cc
+  ec/catalogue.cc
+  ec/cell_voltages.cc
+  ec/ec_information.cc
+  ec/gauge_passthrough.cc
+  ec/healthy_table.cc
+  ec/table_row.cc
+  frame/acpi_channel.cc
+  frame/architecture.cc
+  frame/battery_class.cc
+  frame/debug_log_folder.cc
+  frame/driver_channel.cc
+  frame/driver_service.cc
+  frame/driver_setup.cc
+  frame/ec_command.cc
+  frame/lifecycle.cc
+  frame/log.cc
+  frame/mutex_guard.cc
+  frame/registry.cc
+  frame/trace.cc
+  frame/trace_exports.cc
+)
+target_include_directories(vexa_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
+target_link_libraries(vexa_objects PRIVATE vexa_warnings)
+
+set(VEXA_SYSTEM_LIBRARIES advapi32 setupapi shlwapi)
+
+add_library(VexaWinIO64 SHARED VexaWinIO64.def)
+target_link_libraries(VexaWinIO64 PRIVATE vexa_objects ${VEXA_SYSTEM_LIBRARIES})
+set_target_properties(VexaWinIO64 PROPERTIES PREFIX "" IMPORT_PREFIX "" LINKER_LANGUAGE CXX)
+vexa_version_resource(VexaWinIO64 VFT_DLL "Notebook health library" VexaWinIO64.dll)

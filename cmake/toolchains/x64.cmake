@@ -1,0 +1,4 @@
+set(CMAKE_SYSTEM_PROCESSOR AMD64)
+set(VEXA_MACHINE x64)
+set(VEXA_ZIG_TARGET x86_64-windows-gnu)
+include("${CMAKE_CURRENT_LIST_DIR}/zig.cmake")

@@ -1,0 +1,27 @@
+# Settings of the Windows targets. The compiler targets Windows 10 by itself.
+add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX UNICODE _UNICODE)
+set(CMAKE_C_STANDARD_LIBRARIES "")
+set(CMAKE_CXX_STANDARD_LIBRARIES "")
+
+# The linker keeps every function when it writes a PDB, and the compiler driver passes it no option that says otherwise;
+# it reads this variable itself.
+set_property(GLOBAL PROPERTY RULE_LAUNCH_LINK "\"${CMAKE_COMMAND}\" -E env \"_LINK_=-opt:ref -opt:icf\"")
+add_compile_options(-ffunction-sections -fdata-sections)
+add_link_options(-Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat)
+
+# vexa_version_resource(TARGET FILETYPE DESCRIPTION FILE): gives the target a version resource.
+function(vexa_version_resource target filetype description file)
+  string(REPLACE "." "," VERSION_COMMAS "${VEXA_VERSION}")
+  set(PROJECT_VERSION "${VEXA_VERSION}")
+  set(VERSION_FILETYPE ${filetype})
+  set(VERSION_DESCRIPTION "${description}")
+  set(VERSION_FILE "${file}")
+  set(script "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
+  set(resource "${CMAKE_CURRENT_BINARY_DIR}/${target}.res")
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${script}" @ONLY)
+  add_custom_command(OUTPUT "${resource}"
+    COMMAND "${VEXA_ZIG}" rc /fo "${resource}" "${script}"
+    DEPENDS "${script}" VERBATIM)
+  target_sources(${target} PRIVATE "${resource}")
+  set_source_files_properties("${resource}" PROPERTIES EXTERNAL_OBJECT ON GENERATED ON)
+endfunction()

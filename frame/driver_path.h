@@ -1,0 +1,23 @@
+// The driver's path as the service manager must see it. Pure text.
+#ifndef VEXA_FRAME_DRIVER_PATH_H_
+#define VEXA_FRAME_DRIVER_PATH_H_
+
+#include <string>
+#include <string_view>
+
+namespace vexa {
+
+// "\SystemRoot\..." for a folder under C:\Windows\ (in any case), "\??\..." for every other one. The kernel opens
+// drivers long before drive letters mean anything to it.
+inline std::wstring ServiceFolder(std::wstring_view module_folder) {
+  constexpr std::wstring_view kWindows = L"c:\\windows\\";
+  const auto lower = [](wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c; };
+  bool under_windows = module_folder.size() >= kWindows.size();
+  for (size_t i = 0; under_windows && i < kWindows.size(); ++i) under_windows = lower(module_folder[i]) == kWindows[i];
+  if (!under_windows) return L"\\??\\" + std::wstring(module_folder);
+  return L"\\SystemRoot\\" + std::wstring(module_folder.substr(kWindows.size()));
+}
+
+}  // namespace vexa
+
+#endif  // VEXA_FRAME_DRIVER_PATH_H_

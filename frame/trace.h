@@ -1,0 +1,21 @@
+// The trace provider: one event per line, five levels.
+#ifndef VEXA_FRAME_TRACE_H_
+#define VEXA_FRAME_TRACE_H_
+
+#include <cstdint>
+
+namespace vexa {
+
+enum class TraceLevel : uint8_t { kCritical = 1, kError = 2, kWarning = 3, kInformation = 4, kVerbose = 5 };
+
+// True when a session listens at this level or a more verbose one. The first call of the process registers the
+// provider. Callers test this before they build a line.
+[[nodiscard]] bool TraceEnabled(TraceLevel level) noexcept;
+
+// Writes one event whose field is `text` up to its terminator. A level outside 1 to 5 writes nothing. Never fails
+// towards its caller. Any thread.
+void WriteTrace(TraceLevel level, const wchar_t* text) noexcept;
+
+}  // namespace vexa
+
+#endif  // VEXA_FRAME_TRACE_H_

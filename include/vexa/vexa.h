@@ -1,0 +1,10 @@
+/* The whole interface of VexaWinIO64.dll. */
+#ifndef VEXA_VEXA_H_
+#define VEXA_VEXA_H_
+
+#include "base.h"
+#include "battery.h"
+#include "lifecycle.h"
+#include "trace.h"
+
+#endif /* VEXA_VEXA_H_ */

@@ -1,0 +1,65 @@
+#include "scenario.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "object_reader.h"
+#include "sections.h"
+#include "texts.h"
+
+namespace scenario {
+namespace {
+
+struct Section {
+  std::string_view key;
+  void (*read)(const JsonValue& value, ImageBuilder& image, Faults& faults);
+};
+
+constexpr Section kSections[] = {
+    {"driver", ReadDriverSection}, {"ec", ReadEcSection},       {"processor", ReadProcessorSection},
+    {"acpi", ReadAcpiSection},     {"rules", ReadRulesSection},
+};
+
+void ReadDocument(const JsonValue& document, ImageBuilder& image, Faults& faults) {
+  if (!Expect(document, "scenario", JsonValue::Kind::kObject, faults)) return;
+  for (const JsonValue& member : document.items) {
+    const auto section = std::ranges::find(kSections, std::string_view(member.key), &Section::key);
+    if (section != std::end(kSections)) {
+      section->read(member, image, faults);
+    } else if (member.key == "description") {
+      Expect(member, member.key, JsonValue::Kind::kText, faults);
+    } else {
+      faults.Add(member.key_line, Concat("unknown section \"", member.key, "\""));
+    }
+  }
+}
+
+}  // namespace
+
+void ReadDriverSection(const JsonValue& value, ImageBuilder& image, Faults& faults) {
+  const ObjectReader driver(value, "driver", {"version", "log", "start"}, faults);
+  image.header.driver_version = static_cast<uint32_t>(driver.Number("version", kDwordRange, 0));
+  image.header.log = driver.Boolean("log", true);
+  const JsonValue* start = driver.Find("start");
+  if (start == nullptr) return;
+  const ObjectReader row(*start, "start", {"delay_ms", "fail"}, faults);
+  image.header.start_delay_ms = static_cast<uint32_t>(row.Number("delay_ms", {0, IMAGE_MAX_DELAY_MS}, 0));
+  image.header.start_status = static_cast<uint32_t>(row.Number("fail", kFailureRange, 0));
+}
+
+std::vector<uint8_t> CompileScenario(std::string_view text, Faults& faults) {
+  if (text.size() > kMaxScenarioSize) {
+    faults.Add(1, Concat("the file is larger than ", kMaxScenarioSize, " bytes"));
+    return {};
+  }
+  const std::optional<JsonValue> document = ParseJson(text, faults);
+  if (!document) return {};
+  ImageBuilder image;
+  ReadDocument(*document, image, faults);
+  if (!faults.Empty()) return {};
+  std::vector<uint8_t> bytes = image.Build();
+  if (bytes.empty()) faults.Add(1, Concat("the image would exceed ", IMAGE_MAX_SIZE, " bytes"));
+  return bytes;
+}
+
+}  // namespace scenario

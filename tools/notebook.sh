@@ -1,0 +1,57 @@
+# The simulated notebook: a Wine prefix per machine with the product and a scenario in it. Sourced after lib.sh.
+#
+# MACHINE   x64 or arm64
+# WINEPREFIX the machine's prefix
+
+# use_machine x64|arm64: chooses the machine that the functions below work on.
+use_machine() {
+  MACHINE=$1
+  export WINEPREFIX=${VEXA_PREFIX:-$ROOT/build/prefix}-$MACHINE
+  WINE=$ROOT/tools/wine-$MACHINE.sh
+}
+
+# Background processes of Wine keep whatever output they were started with open, so none may inherit a caller's pipe.
+quiet_wine() { "$WINE" "$@" </dev/null >"$WINEPREFIX.log" 2>&1; }
+
+# Creates the prefix once; a half-made one does not count.
+make_prefix() {
+  [ -f "$WINEPREFIX/made" ] && return 0
+  say "creating the Wine prefix for $MACHINE"
+  rm -rf "$WINEPREFIX"
+  mkdir -p "$WINEPREFIX"
+  quiet_wine wineboot --init || die "Wine can't make a prefix; see $WINEPREFIX.log"
+  quiet_wine --server -w
+  touch "$WINEPREFIX/made"
+}
+
+# Starts Wine's own services, so that what is run afterwards does not have to wait for them, nor hands them its output.
+start_prefix() { make_prefix && quiet_wine wineboot; }
+
+stop_prefix() { [ ! -d "$WINEPREFIX" ] || quiet_wine --server -k || true; }
+
+# build_preset PRESET TARGET...: configures when needed, then builds.
+build_preset() {
+  local preset=$1 log=$ROOT/build/$1.log
+  shift
+  mkdir -p "$ROOT/build"
+  {
+    [ -f "$ROOT/build/$preset/build.ninja" ] || (cd "$ROOT" && cmake --preset "$preset")
+    (cd "$ROOT" && cmake --build --preset "$preset" --target "$@")
+  } >"$log" 2>&1 || { tail -n 40 "$log" >&2; die "building $preset failed; see $log"; }
+}
+
+# install_scenario FILE.json: checks a scenario and gives it to the driver.
+install_scenario() {
+  mkdir -p "$WINEPREFIX/drive_c/vexa-notebook"
+  "$ROOT/build/native/notebook/scenario/vexa-scenario" build "$1" "$WINEPREFIX/drive_c/vexa-notebook/scenario.bin" >&2 ||
+    die "the scenario is refused"
+}
+
+# Copies the files only when they differ: a running driver keeps its file.
+install_product() {
+  local folder=$WINEPREFIX/drive_c/Vexa file
+  mkdir -p "$folder"
+  for file in "$@"; do
+    cmp -s "$file" "$folder/${file##*/}" || cp "$file" "$folder/"
+  done
+}
