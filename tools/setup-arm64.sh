@@ -108,6 +108,7 @@ if ! is_done; then
   exec 9>&-
 fi
 
-# Not only after a fresh set-up: the kernel forgets how to run arm64 programs when it restarts.
+# Also when the folder was there already: whether the kernel lets itself be told how to run arm64
+# programs depends on the machine's state, not on the folder.
 version=$(WINEPREFIX=$dest "$ROOT/tools/wine-arm64.sh" --server --version 2>&1) || true
 [[ $version == 'Wine 10.0'* ]] || die "the ARM64 Wine doesn't start: $version"

@@ -1,0 +1,31 @@
+// VexaWinIO64.dll, loaded from the client's own folder.
+#ifndef CLIENT_LIBRARY_H_
+#define CLIENT_LIBRARY_H_
+
+#include <expected>
+#include <memory>
+#include <string>
+
+#include "client/catalogue.h"
+#include "vexa/vexa.h"
+
+namespace vexahealth {
+
+inline constexpr wchar_t kLibraryFile[] = L"VexaWinIO64.dll";
+
+// The loaded library. Null row exports are those that it lacks; the named ones are always there.
+struct Library {
+  std::shared_ptr<void> module;  // freed with the last copy
+  decltype(&InitializeWinIo) initialize = nullptr;
+  decltype(&ShutdownWinIo) shutdown = nullptr;
+  decltype(&GetIoDllVersion) interface_version = nullptr;
+  RowExports rows = {};
+};
+
+// Loads the file at this absolute path and resolves its exports. Its own dependencies come from its folder
+// and the system's, never from the current folder or the PATH. On failure: what to tell the user, in UTF-8.
+[[nodiscard]] std::expected<Library, std::string> LoadVexaLibrary(const std::wstring& path);
+
+}  // namespace vexahealth
+
+#endif  // CLIENT_LIBRARY_H_

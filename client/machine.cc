@@ -1,0 +1,86 @@
+#include "client/machine.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace vexahealth {
+namespace {
+
+constexpr size_t kLongestPath = 32768;  // wide characters that Windows allows in a path, terminator included
+
+// Sets the console's output code page to UTF-8 and gives the former one back: it outlives this process.
+class Utf8Console {
+ public:
+  Utf8Console() : former_(GetConsoleOutputCP()) {
+    if (former_ != 0) SetConsoleOutputCP(CP_UTF8);
+  }
+  ~Utf8Console() {
+    if (former_ != 0) SetConsoleOutputCP(former_);
+  }
+  Utf8Console(const Utf8Console&) = delete;
+  Utf8Console& operator=(const Utf8Console&) = delete;
+
+ private:
+  UINT former_;
+};
+
+bool WriteTo(DWORD stream, std::string_view text) {
+  const HANDLE handle = GetStdHandle(stream);
+  if (handle == nullptr || handle == INVALID_HANDLE_VALUE) return false;
+  const Utf8Console console;
+  while (!text.empty()) {
+    DWORD written = 0;
+    const auto length = static_cast<DWORD>(std::min<size_t>(text.size(), 1 << 15));
+    if (!WriteFile(handle, text.data(), length, &written, nullptr) || written == 0) return false;
+    text.remove_prefix(written);
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<std::wstring> OwnFolder() {
+  std::wstring path(kLongestPath, L'\0');
+  const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+  if (length == 0 || length >= path.size()) return std::nullopt;
+  path.resize(length);
+  const size_t slash = path.find_last_of(L'\\');
+  if (slash == std::wstring::npos) return std::nullopt;
+  path.resize(slash + 1);
+  return path;
+}
+
+std::string WideToUtf8(std::wstring_view text) {
+  if (text.empty()) return {};
+  const int size = static_cast<int>(text.size());
+  const int needed = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<size_t>(std::max(needed, 0)), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.data(), size, utf8.data(), needed, nullptr, nullptr);
+  return utf8;
+}
+
+std::string ActiveCodePageToUtf8(std::string_view text) {
+  if (text.empty()) return {};
+  const int size = static_cast<int>(text.size());
+  const int needed = MultiByteToWideChar(CP_ACP, 0, text.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<size_t>(std::max(needed, 0)), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), needed);
+  return WideToUtf8(wide);
+}
+
+Route ReadRoute() {
+  wchar_t text[16] = {};
+  DWORD size = sizeof text;
+  const LSTATUS status = RegGetValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Vexa\\Config", L"Arch", RRF_RT_REG_SZ,
+                                      nullptr, text, &size);
+  if (status != ERROR_SUCCESS) return Route::kUnknown;
+  if (std::wstring_view(text) == L"ARM64") return Route::kFirmware;
+  return Route::kDriver;
+}
+
+bool WriteOutput(std::string_view text) { return WriteTo(STD_OUTPUT_HANDLE, text); }
+
+void WriteError(std::string_view text) { WriteTo(STD_ERROR_HANDLE, text); }
+
+}  // namespace vexahealth

@@ -1,0 +1,34 @@
+// What the client asks Windows for: paths, texts in other encodings, the route in the registry, standard
+// output.
+#ifndef CLIENT_MACHINE_H_
+#define CLIENT_MACHINE_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "client/reading.h"
+
+namespace vexahealth {
+
+// Folder of this executable, absolute, ending in a backslash; nothing when Windows does not tell.
+[[nodiscard]] std::optional<std::wstring> OwnFolder();
+
+// Unpaired surrogates become U+FFFD.
+std::string WideToUtf8(std::wstring_view text);
+
+// From the system's active code page; bytes that it does not know become its replacement character.
+std::string ActiveCodePageToUtf8(std::string_view text);
+
+// The value by which the library chooses its route. The library writes it on its first call where it is
+// missing, so read it after InitializeWinIo. Never written here.
+Route ReadRoute();
+
+// Write UTF-8 as it is, without line-end translation; a console shows it as UTF-8 too. False when it can't be
+// written.
+[[nodiscard]] bool WriteOutput(std::string_view text);
+void WriteError(std::string_view text);
+
+}  // namespace vexahealth
+
+#endif  // CLIENT_MACHINE_H_

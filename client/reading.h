@@ -1,0 +1,74 @@
+// One reading as the client reports it, and what the library said to it.
+#ifndef CLIENT_READING_H_
+#define CLIENT_READING_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "client/catalogue.h"
+
+namespace vexahealth {
+
+enum class Status {
+  kOk,
+  kNoAnswer,      // asked, and the driver, the EC or the gauge did not answer
+  kUnsupported,   // this library, EC or machine has no such value
+  kNotPresent,    // the thing that it tells about is not there
+  kNotCollected,  // not asked
+  kError,         // the answer breaks the export's contract
+};
+
+// Version of the client: the product's.
+inline constexpr std::string_view kClientVersion = VEXA_CLIENT_VERSION;
+
+// "ok", "no_answer" and so on.
+std::string_view StatusName(Status status);
+
+// What a call gave, before anything is decided about it.
+struct Answer {
+  enum class Form { kMissingExport, kNumber, kText, kUnterminated };
+
+  Form form = Form::kMissingExport;
+  uint32_t number = 0;  // also the answer of an export that fills a buffer
+  std::string text;     // UTF-8
+};
+
+using Value = std::variant<std::monostate, bool, int64_t, std::string>;
+
+struct Reading {
+  const Row* row = nullptr;
+  Status status = Status::kNotCollected;
+  Value value;       // set exactly when the status is kOk
+  std::string note;  // why there is no value, or what to know about it
+};
+
+// Where the library sends EC requests on this machine, from the registry value that it decides by.
+enum class Route { kUnknown, kDriver, kFirmware };
+
+struct LibraryState {
+  std::string path;  // UTF-8
+  bool loaded = false;
+  bool ready = false;  // InitializeWinIo answered 1
+  std::optional<uint32_t> version;
+  Route route = Route::kUnknown;
+};
+
+struct Report {
+  LibraryState library;
+  std::vector<Reading> readings;  // one per row, in the order of kRows
+  std::string error;              // what kept the client from collecting; empty: nothing
+};
+
+// Readings for a report that could collect nothing, each with this reason.
+std::vector<Reading> NothingCollected(std::string_view reason);
+
+// kExitOk or kExitNoReadings, for a library that was loaded.
+int ExitCodeFor(const Report& report);
+
+}  // namespace vexahealth
+
+#endif  // CLIENT_READING_H_

@@ -1,0 +1,98 @@
+#include "client/values.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <limits>
+
+#include "client/text.h"
+
+namespace vexahealth {
+namespace {
+
+std::string FriendlyNumber(Kind kind, int64_t value) {
+  const int number = static_cast<int>(value);
+  const auto word = static_cast<uint32_t>(value);
+  switch (kind) {
+    case Kind::kHex32: return Printf("0x%08x", word);
+    case Kind::kHex8: return Printf("0x%02x", word);
+    case Kind::kTimeoutByte: return word == 0 ? "none" : Printf("0x%02x", word);
+    case Kind::kDate: return Printf("0x%04x", word);
+    case Kind::kPercent: return Printf("%u %%", word);
+    case Kind::kMillivolts: return Printf("%u.%03u V", word / 1000, word % 1000);
+    case Kind::kMilliamps:
+      if (number == 0) return "0 mA";
+      return Printf("%+d mA, %s", number, number < 0 ? "discharging" : "charging");
+    case Kind::kMilliampsRequested: return Printf("%d mA", number);
+    case Kind::kDeciKelvin: return CelsiusText(value) + Printf(" °C (%u.%u K)", word / 10, word % 10);
+    default: return Printf("%u", word);
+  }
+}
+
+}  // namespace
+
+bool InRange(Kind kind, uint32_t answer) {
+  if (IsSigned(kind)) {
+    const auto milliamps = static_cast<int32_t>(answer);
+    return milliamps >= std::numeric_limits<int16_t>::min() &&
+           milliamps <= std::numeric_limits<int16_t>::max();
+  }
+  return answer <= LargestAnswer(kind);
+}
+
+std::optional<std::string> DateText(uint32_t packed) {
+  const unsigned day = packed & 0x1F;
+  const unsigned month = packed >> 5 & 0x0F;
+  const int year = 1980 + static_cast<int>(packed >> 9 & 0x7F);
+  const auto date = std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day);
+  if (!date.ok()) return std::nullopt;
+  return Printf("%d-%02u-%02u", year, month, day);
+}
+
+std::string CelsiusText(int64_t deci_kelvin) {
+  const int64_t hundredths = deci_kelvin * 10 - 27315;
+  const int64_t tenths = (std::abs(hundredths) + 5) / 10;  // half away from zero
+  return Printf("%s%d.%d", hundredths < 0 ? "-" : "", static_cast<int>(tenths / 10),
+                static_cast<int>(tenths % 10));
+}
+
+Value ValueFrom(Kind kind, uint32_t answer) {
+  switch (kind) {
+    case Kind::kInterfaceVersion: return Printf("%u.%u", answer >> 16, answer & 0xFFFF);
+    case Kind::kFlag: return answer != 0;
+    case Kind::kMilliamps:
+    case Kind::kMilliampsRequested: return static_cast<int64_t>(static_cast<int32_t>(answer));
+    case Kind::kDate:
+      if (std::optional<std::string> date = DateText(answer)) return *date;
+      break;
+    default: break;
+  }
+  return static_cast<int64_t>(answer);
+}
+
+std::string NoteOn(Kind kind, uint32_t answer) {
+  if (kind == Kind::kDate && !DateText(answer))
+    return "not a day of the calendar: the packed date as it came";
+  if (kind == Kind::kTableVersion && answer == 0) return "the EC has no healthy table";
+  if (kind == Kind::kCapacity) return "mAh or 10 mWh: no export tells which";
+  return {};
+}
+
+bool HasZeroByte(std::string_view byte_list) {
+  while (!byte_list.empty()) {
+    const size_t comma = byte_list.find(',');
+    if (byte_list.substr(0, comma) == "0x0") return true;
+    if (comma == std::string_view::npos) break;
+    byte_list.remove_prefix(comma + 1);
+  }
+  return false;
+}
+
+std::string FriendlyText(const Reading& reading) {
+  if (const auto* text = std::get_if<std::string>(&reading.value)) return EscapeForTerminal(*text);
+  if (const auto* flag = std::get_if<bool>(&reading.value)) return *flag ? "yes" : "no";
+  if (const auto* number = std::get_if<int64_t>(&reading.value))
+    return FriendlyNumber(reading.row->kind, *number);
+  return "-";
+}
+
+}  // namespace vexahealth
