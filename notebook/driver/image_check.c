@@ -125,7 +125,7 @@ ImageFault AttachImage(uint8_t* image, size_t size, Notebook* notebook) {
   if (size < IMAGE_CHECKED_FROM) return kImageTruncated;
   if (header->version != IMAGE_VERSION) return kImageWrongVersion;
   if (size < sizeof(ImageHeader) || size < header->size) return kImageTruncated;
-  if (size > header->size || header->size < sizeof(ImageHeader)) return kImageInconsistent;
+  if (size > header->size) return kImageInconsistent;
   if (header->checksum != ImageChecksum(image + IMAGE_CHECKED_FROM, size - IMAGE_CHECKED_FROM)) {
     return kImageWrongChecksum;
   }

@@ -1,0 +1,95 @@
+// The scenarios that come with the product: they compile, and their numbers fit together.
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "test_notebook.h"
+
+namespace scenario {
+namespace {
+
+std::string ReadWhole(const std::filesystem::path& path) {
+  std::ifstream file(path);
+  EXPECT_TRUE(file.good()) << path;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TestNotebook Shipped(const std::string& name) {
+  return TestNotebook(ReadWhole(std::filesystem::path(SCENARIO_FOLDER) / name));
+}
+
+TEST(Shipped, AllCompile) {
+  int count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(SCENARIO_FOLDER)) {
+    SCOPED_TRACE(entry.path().filename().string());
+    TestNotebook notebook(ReadWhole(entry.path()));
+    ++count;
+  }
+  EXPECT_GE(count, 8);
+}
+
+class Battery : public testing::TestWithParam<const char*> {};
+
+TEST_P(Battery, NumbersFitTogether) {
+  TestNotebook notebook = Shipped(GetParam());
+  const int remaining = notebook.Word(1, 0x40);
+  const int full = notebook.Word(1, 0x42);
+  const int design = notebook.Word(1, 0x2A);
+  EXPECT_LE(remaining, full);
+  EXPECT_LE(full, design);
+  EXPECT_EQ(notebook.Word(1, 0x30), (200 * remaining + full) / (2 * full));
+  int cells = 0;
+  for (int offset = 0x48; offset <= 0x4E; offset += 2) {
+    const int cell = notebook.Word(1, static_cast<uint8_t>(offset));
+    EXPECT_GT(cell, 3000);
+    EXPECT_LT(cell, 4400);
+    cells += cell;
+  }
+  EXPECT_EQ(cells, notebook.Word(1, 0x36));
+  const double celsius = notebook.Word(1, 0x34) / 10.0 - 273.15;
+  EXPECT_GT(celsius, 0);
+  EXPECT_LT(celsius, 60);
+  const int date = notebook.Word(1, 0x54);
+  const int month = date / 32 % 16;
+  EXPECT_TRUE(month >= 1 && month <= 12 && date % 32 >= 1 && 1980 + date / 512 > 2015 &&
+              1980 + date / 512 < 2030);
+  const bool on_ac = notebook.Register(1, 0x00).byte & 1;
+  const bool discharging = notebook.Word(1, 0x50) & 0x40;
+  const bool negative = notebook.Word(1, 0x38) & 0x8000;
+  EXPECT_EQ(discharging, !on_ac);
+  EXPECT_EQ(discharging, negative);
+}
+
+INSTANTIATE_TEST_SUITE_P(Shipped, Battery,
+                         testing::Values("healthy-x64.json", "worn-battery.json", "old-table.json"),
+                         [](const auto& info) {
+                           std::string name = info.param;
+                           std::replace_if(
+                               name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
+                           return name;
+                         });
+
+TEST(Shipped, TheSilentEcNeverAnswers) {
+  TestNotebook notebook = Shipped("silent-ec.json");
+  for (int command = 0; command < 256; ++command) {
+    for (size_t count = 0; count <= 8; ++count) {
+      const auto code = static_cast<uint8_t>(command);
+      EXPECT_NE(notebook.Read(code, std::vector<uint8_t>(count)).status, 0u) << command;
+      EXPECT_NE(notebook.Write(code, std::vector<uint8_t>(count, 0x81)).status, 0u) << command;
+    }
+  }
+}
+
+TEST(Shipped, TheEchoTellsOffsets) {
+  TestNotebook notebook = Shipped("offset-echo.json");
+  for (uint8_t group : {1, 2, 3, 4, 5, 6, 7, 8, 12}) {
+    for (int offset = 0; offset < 256; ++offset) {
+      ASSERT_EQ(notebook.Register(group, static_cast<uint8_t>(offset)), (EcAnswer{0, offset})) << int{group};
+    }
+  }
+  EXPECT_EQ(notebook.Read(0xBB, {0x50}).byte, 28);
+  EXPECT_EQ(notebook.Read(0xBB, {0x51}).byte, 0x51);
+}
+
+}  // namespace
+}  // namespace scenario
