@@ -33,3 +33,8 @@ add_library(VexaWinIO64 SHARED VexaWinIO64.def)
 target_link_libraries(VexaWinIO64 PRIVATE vexa_objects ${VEXA_SYSTEM_LIBRARIES})
 set_target_properties(VexaWinIO64 PROPERTIES PREFIX "" IMPORT_PREFIX "" LINKER_LANGUAGE CXX)
 vexa_version_resource(VexaWinIO64 VFT_DLL "Notebook health library" VexaWinIO64.dll)
+
+# The linker's import library serves both families of linkers; each looks for its own name.
+add_custom_command(TARGET VexaWinIO64 POST_BUILD
+  COMMAND "${CMAKE_COMMAND}" -E copy VexaWinIO64.dll.a VexaWinIO64.lib
+  BYPRODUCTS VexaWinIO64.lib VERBATIM)

@@ -22,11 +22,11 @@ constexpr uint8_t kHandshakeOffset = 0x5B;
 constexpr uint8_t kDataOffset = 0x60;
 constexpr uint8_t kDataSize = 32;
 
-constexpr uint8_t kDataReady = 0x10;           // of the handshake byte
+constexpr uint8_t kDataReady = 0x10;  // of the handshake byte
 constexpr uint8_t kPrechargeTimeout = 0x40;
 constexpr uint8_t kBusy = 0x80;
-constexpr uint8_t kChargeErrorBlocks = 0x04;   // of the charge-error byte
-constexpr uint8_t kRequestData = 0x10;         // written to the request register
+constexpr uint8_t kChargeErrorBlocks = 0x04;  // of the charge-error byte
+constexpr uint8_t kRequestData = 0x10;        // written to the request register
 
 constexpr int kPollLimit = 4;
 constexpr DWORD kPollPauseMs = 1000;

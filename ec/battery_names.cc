@@ -76,8 +76,7 @@ uint32_t BatteryHealthyTable_ManufactureNameBySMBus(char* text) noexcept {
 
 uint32_t BatteryHealthyTable_DeviceName(char* text) noexcept {
   using namespace vexa;
-  static constexpr NameMember kMember{
-      "BatteryHealthyTable_DeviceName", ReadGaugeName<GaugeRegister::kDeviceName>,
-      "[EC_BH][BatteryHealthyTable_DeviceName] Fail. BatteryHealthyTable version: "};
+  static constexpr NameMember kMember{"BatteryHealthyTable_DeviceName", ReadGaugeName<GaugeRegister::kDeviceName>,
+                                      "[EC_BH][BatteryHealthyTable_DeviceName] Fail. BatteryHealthyTable version: "};
   return Fill(kMember, text);
 }

@@ -26,8 +26,8 @@ struct NumericMember {
   uint8_t group;
   uint8_t offset;
   Shape shape;
-  uint8_t bit;         // of a flag
-  uint32_t no_table;   // answer when there is no healthy table
+  uint8_t bit;        // of a flag
+  uint32_t no_table;  // answer when there is no healthy table
   OnFailure on_failure;
   const char* no_table_line;  // completed by the table's version
 };
@@ -67,12 +67,12 @@ constexpr bool IsWellFormed(const NumericMember& member) {
 }  // namespace vexa
 
 // A row of the family: the export, and what NumericMember holds behind its name.
-#define VEXA_NUMERIC_MEMBER(export_name, ...)                                          \
-  uint32_t export_name() noexcept {                                                    \
-    using namespace vexa;                                                              \
-    static constexpr NumericMember kMember{#export_name, __VA_ARGS__};                 \
-    static_assert(IsWellFormed(kMember));                                              \
-    return Answer(kMember);                                                            \
+#define VEXA_NUMERIC_MEMBER(export_name, ...)                          \
+  uint32_t export_name() noexcept {                                    \
+    using namespace vexa;                                              \
+    static constexpr NumericMember kMember{#export_name, __VA_ARGS__}; \
+    static_assert(IsWellFormed(kMember));                              \
+    return Answer(kMember);                                            \
   }
 
 VEXA_NUMERIC_MEMBER(BatteryHealthyTable_ManufactureDate, kBatteryGroup, 0x54, Shape::kWord, kNoBit, VEXA_NOT_AVAILABLE,
@@ -99,8 +99,8 @@ VEXA_NUMERIC_MEMBER(BatteryHealthyTable_Current, kBatteryGroup, 0x38, Shape::kSi
 VEXA_NUMERIC_MEMBER(BatteryHealthyTable_ChargingCurrent, kBatteryGroup, 0x3C, Shape::kSignedWord, kNoBit,
                     VEXA_NOT_AVAILABLE, OnFailure::kNoAnswer,
                     "[EC_BH][BatteryHealthyTable_ChargingCurrent] Fail. BatteryHealthyTable version: ")
-VEXA_NUMERIC_MEMBER(BatteryHealthyTable_ChargingVoltage, kBatteryGroup, 0x3E, Shape::kWord, kNoBit,
-                    VEXA_NOT_AVAILABLE, OnFailure::kNoAnswer,
+VEXA_NUMERIC_MEMBER(BatteryHealthyTable_ChargingVoltage, kBatteryGroup, 0x3E, Shape::kWord, kNoBit, VEXA_NOT_AVAILABLE,
+                    OnFailure::kNoAnswer,
                     "[EC_BH][BatteryHealthyTable_ChargingVoltage] Fail. BatteryHealthyTable version: ")
 VEXA_NUMERIC_MEMBER(BatteryHealthyTable_RemainingCapacity, kBatteryGroup, 0x40, Shape::kWord, kNoBit, 0,
                     OnFailure::kNoAnswer,

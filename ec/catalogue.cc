@@ -6,6 +6,7 @@
 namespace vexa {
 namespace {
 
+// clang-format off: one row a line
 constexpr EcCommandEntry kEcInfoRows[] = {
     {"EC_Info_CMD", 9, 0},
     {"HealthyTableVersion", 0x015050BB, 1},
@@ -137,6 +138,8 @@ constexpr EcCommandEntry kConsumerVrSensorRows[] = {
     {"GPUD2Point", 0x010908DD, 19},
     {"GPUD2ReleasePoint", 0x010A08DD, 19},
 };
+
+// clang-format on
 
 constexpr uint8_t kWholeTable = 0;  // for rows of several groups
 

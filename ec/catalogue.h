@@ -10,7 +10,7 @@
 
 namespace vexa {
 
-inline constexpr uint8_t kEcInfoRead = 0xBB;    // EC information register
+inline constexpr uint8_t kEcInfoRead = 0xBB;     // EC information register
 inline constexpr uint8_t kEcTableAccess = 0xDD;  // healthy-table group
 inline constexpr uint8_t kSubTable = 0xFF;       // not a command: refers to a sub-table
 inline constexpr uint8_t kGroupWrite = 0x80;     // in a group number: written, not read

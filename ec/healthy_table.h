@@ -36,7 +36,8 @@ inline constexpr uint8_t kProjectRegister = 0x51;
 
 // The table's version on the driver route; VEXA_NO_ANSWER when it can't be read.
 [[nodiscard]] inline uint32_t ReadTableVersion() noexcept {
-  return ReadInfoRegister(kVersionRegister).transform([](uint8_t version) { return uint32_t{version}; })
+  return ReadInfoRegister(kVersionRegister)
+      .transform([](uint8_t version) { return uint32_t{version}; })
       .value_or(VEXA_NO_ANSWER);
 }
 

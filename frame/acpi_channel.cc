@@ -29,7 +29,8 @@ template <size_t kCount>
 uint32_t CallForWord(const char (&name)[5], const std::array<uint32_t, kCount>& arguments, uint32_t* result) {
   uint32_t word = 0;
   size_t copied = 0;
-  if (AcpiMethod(name, std::as_bytes(std::span(arguments)), std::as_writable_bytes(std::span(&word, 1)), &copied) == 0) {
+  if (AcpiMethod(name, std::as_bytes(std::span(arguments)), std::as_writable_bytes(std::span(&word, 1)), &copied) ==
+      0) {
     return 0;
   }
   *result = copied == sizeof word ? word : 0;

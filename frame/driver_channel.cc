@@ -44,8 +44,7 @@ uint32_t ReadCpuPackagePower() { return static_cast<uint32_t>(ReadDriver<uint64_
 uint32_t ReadCpuVoltage() { return static_cast<uint32_t>(ReadDriver<uint64_t>(ControlCode::kCpuVoltage)); }
 
 int64_t ReadCpuFrequency(CpuVendor vendor) {
-  return ReadDriver<int64_t>(vendor == CpuVendor::kIntel ? ControlCode::kIntelFrequency
-                                                         : ControlCode::kOtherFrequency);
+  return ReadDriver<int64_t>(vendor == CpuVendor::kIntel ? ControlCode::kIntelFrequency : ControlCode::kOtherFrequency);
 }
 
 int64_t ReadCpuMaxFrequency(CpuVendor vendor) {

@@ -254,8 +254,8 @@ uint32_t GetDriverPath(wchar_t* path) {
 uint32_t ChangeDriverPath(const wchar_t* driver_path) {
   const OpenedService opened(SERVICE_CHANGE_CONFIG);
   if (!opened) return 0;
-  if (!ChangeServiceConfigW(opened.service.get(), SERVICE_NO_CHANGE, SERVICE_NO_CHANGE, SERVICE_NO_CHANGE,
-                            driver_path, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr)) {
+  if (!ChangeServiceConfigW(opened.service.get(), SERVICE_NO_CHANGE, SERVICE_NO_CHANGE, SERVICE_NO_CHANGE, driver_path,
+                            nullptr, nullptr, nullptr, nullptr, nullptr, nullptr)) {
     LogCritical(L"ERROR: Failed to change binary path of service [%s] to [%s]. Error code=0x%08lx", kServiceName,
                 driver_path, GetLastError());
     return 0;

@@ -1,4 +1,5 @@
-// The kernel-driver service "VexaSAIO": installed, started, stopped, removed and re-pointed through the service manager.
+// The kernel-driver service "VexaSAIO": installed, started, stopped, removed and re-pointed through the service
+// manager.
 //
 // Every routine opens the service manager for itself and closes what it opened. Numbers returned are 1 for success and
 // 0 for failure, since exports hand them on. All log their failures with the Win32 error.

@@ -15,11 +15,11 @@ namespace {
 
 constexpr GUID kProviderId = {0xf952fc4a, 0x5222, 0x4dbb, {0x93, 0x02, 0xc9, 0xb9, 0xdd, 0x9d, 0x7c, 0x9c}};
 // Not in every set of headers.
-constexpr ULONG kControlDisable = 0;           // EVENT_CONTROL_CODE_DISABLE_PROVIDER
-constexpr ULONG kControlEnable = 1;            // EVENT_CONTROL_CODE_ENABLE_PROVIDER
-constexpr ULONG kTypeEventMetadata = 1;        // EVENT_DATA_DESCRIPTOR_TYPE_EVENT_METADATA
-constexpr ULONG kTypeProviderMetadata = 2;     // EVENT_DATA_DESCRIPTOR_TYPE_PROVIDER_METADATA
-constexpr ULONG kProviderSetTraits = 2;        // EventProviderSetTraits of EVENT_INFO_CLASS
+constexpr ULONG kControlDisable = 0;        // EVENT_CONTROL_CODE_DISABLE_PROVIDER
+constexpr ULONG kControlEnable = 1;         // EVENT_CONTROL_CODE_ENABLE_PROVIDER
+constexpr ULONG kTypeEventMetadata = 1;     // EVENT_DATA_DESCRIPTOR_TYPE_EVENT_METADATA
+constexpr ULONG kTypeProviderMetadata = 2;  // EVENT_DATA_DESCRIPTOR_TYPE_PROVIDER_METADATA
+constexpr ULONG kProviderSetTraits = 2;     // EventProviderSetTraits of EVENT_INFO_CLASS
 
 constexpr USHORT kEveryLevel = 256;  // one above the highest level that a session can ask for
 
@@ -66,8 +66,8 @@ class Provider {
     REGHANDLE handle = 0;
     if (EventRegister(&kProviderId, OnEnable, nullptr, &handle) == ERROR_SUCCESS) {
       g_handle = handle;
-      EventSetInformation(handle, std::bit_cast<EVENT_INFO_CLASS>(kProviderSetTraits), const_cast<TraceTraits*>(&kMetadata.provider.traits),
-                          sizeof kMetadata.provider.traits);
+      EventSetInformation(handle, std::bit_cast<EVENT_INFO_CLASS>(kProviderSetTraits),
+                          const_cast<TraceTraits*>(&kMetadata.provider.traits), sizeof kMetadata.provider.traits);
     }
     Mark(L"TraceLoggingRegister++++++");
   }

@@ -120,10 +120,13 @@ uint32_t BatteryHealthyTable_CellVoltage4(void) VEXA_NOEXCEPT;
 /* Code of the gauge chip, one byte. No table: 0. */
 uint32_t BatteryHealthyTable_GaugeIC(void) VEXA_NOEXCEPT;
 
-/* Safety status word of the gauge (register 0x51), by the SMBus pass-through. VEXA_NO_ANSWER on any failure. */
+/*
+ * Safety status of the gauge (register 0x51), 32 bits, by the SMBus pass-through. VEXA_NO_ANSWER on any failure, and for
+ * a register without a value.
+ */
 uint32_t BatteryHealthyTable_SafetyStatus(void) VEXA_NOEXCEPT;
 
-/* Permanent-failure status word of the gauge (register 0x53). VEXA_NO_ANSWER on any failure. */
+/* Permanent-failure status of the gauge (register 0x53): as the safety status. */
 uint32_t BatteryHealthyTable_PFStatus(void) VEXA_NOEXCEPT;
 
 /* ---- Flags: 0 also stands for a failed exchange and for no table ---- */

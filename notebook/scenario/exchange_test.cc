@@ -64,7 +64,8 @@ std::vector<int> Reads(TestNotebook& notebook, uint8_t group, uint8_t offset, in
 TEST(Rules, TheNthMatchingExchangeOnly) {
   TestNotebook notebook(WithRules(
       R"({
-      "on": { "ec_command": "0xDD", "group": 1, "offset": "0x31" }, "nth": 3, "then": { "fail": "0xC0000001" } })"));
+      "on": { "ec_command": "0xDD", "group": 1, "offset": "0x31" }, "nth": 3,
+      "then": { "fail": "0xC0000001" } })"));
   EXPECT_EQ(Reads(notebook, 1, 0x31, 2), (std::vector<int>{0x31, 0x31}));
   Reads(notebook, 1, 0x30, 5);
   Reads(notebook, 2, 0x31, 5);
@@ -144,9 +145,9 @@ TEST(Log, LinesAreAsDocumented) {
     "ec": { "groups": [ { "group": 1, "fill": "offset" } ] },
     "processor": { "package_power": -1, "power_limits": [ { "limit1": 28, "limit2": 57 } ],
                    "cpuid": [ { "leaf": 1, "eax": 2, "edx": "0xBFEBFBFF" } ] },
-    "rules": [ { "on": { "ec_command": "0xDD", "group": 1, "offset": 2 }, "then": { "fail": "0xC0000001" } },
-               { "on": { "ec_command": "0xDD", "group": 1, "offset": 3 }, "then": { "driver_status": "0x15" } },
-               { "on": { "ec_command": "0xDD", "group": 1, "offset": 4 }, "then": { "answer_length": 4 } } ] })");
+    "rules": [ { "on": { "ec_command": "0xDD", "data": [1, 2] }, "then": { "fail": "0xC0000001" } },
+               { "on": { "ec_command": "0xDD", "data": [1, 3] }, "then": { "driver_status": "0x15" } },
+               { "on": { "ec_command": "0xDD", "data": [1, 4] }, "then": { "answer_length": 4 } } ] })");
   EXPECT_EQ(notebook.EcControl(0xDD, {1, 0x31, 0}, true).line, "ec 0xdd 01 31 00 read -> 0x31 status 0x0\n");
   EXPECT_EQ(notebook.EcControl(0xDD, {0x81, 0x5A, 0x10}, false).line,
             "ec 0xdd 81 5a 10 write -> 0x00 status 0x0\n");

@@ -93,7 +93,8 @@ TEST(Registers, OverlapsNameBothLines) {
   ], "lists": [
     { "index": "0x40", "count": "0x40", "items": [ [ { "offset": "0x31", "byte": 1 } ] ] }
   ], "handshake": {
-    "data": "0xF0", "hex": "00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11 12 13 14 15 16 17 18 19 1A 1B 1C 1D 1E 1F"
+    "data": "0xF0",
+    "hex": "000102030405060708090A0B0C0D0E0F101112131415161718191A1B1C1D1E1F"
   } } ] } })"),
               ElementsAre("3: register 0x33 is already given at line 2",
                           "4: register 0x30 is already given at line 2",

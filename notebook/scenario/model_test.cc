@@ -86,7 +86,7 @@ TEST(Lists, TheIndexRegisterSelects) {
 }
 
 constexpr char kHandshake[] = R"({ "ec": { "groups": [ { "group": 1, "handshake": { %,
-  "hex": "56 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11 12 13 14 15 16 17 18 19 1A 1B 1C 1D 1E FF" } } ] } })";
+  "hex": "560102030405060708090A0B0C0D0E0F101112131415161718191A1B1C1D1EFF" } } ] } })";
 
 std::string Handshake(std::string_view options) {
   std::string text = kHandshake;

@@ -26,8 +26,10 @@ const HDEVINFO kDevices = reinterpret_cast<HDEVINFO>(uintptr_t{0xDE71});
 struct BatteryDevice {
   bool found = true, listed = true, opens = true;
   ULONG tag = 7;
-  BATTERY_INFORMATION information{.Capabilities = BATTERY_SYSTEM_BATTERY, .DesignedCapacity = 50000,
-                                  .FullChargedCapacity = 40000, .CycleCount = 123};
+  BATTERY_INFORMATION information{.Capabilities = BATTERY_SYSTEM_BATTERY,
+                                  .DesignedCapacity = 50000,
+                                  .FullChargedCapacity = 40000,
+                                  .CycleCount = 123};
   BATTERY_STATUS status{.Capacity = 30000, .Voltage = 12000, .Rate = -6000};
   std::wstring name = L"CELLCO";
   DWORD failing = 0;  // control code

@@ -27,6 +27,7 @@ struct Case {
   const char* line;  // of version 0, without the number
 };
 
+// clang-format off: one member a row
 const Case kCases[] = {
     {"ManufactureDate", BatteryHealthyTable_ManufactureDate, {"dd 01 55 00 read", "dd 01 54 00 read"}, 0x5554,
      0xFFFFFFFF, kNoAnswer, "BatteryHealthyTable_ManufactureDate] Fail. BatteryHealthyTable version: "},
@@ -73,6 +74,7 @@ const Case kCases[] = {
     {"LidStatus", BatteryHealthyTable_LidStatus, {"dd 03 01 00 read"}, 1, 0, kNoAnswer,
      "BatteryHealthyTable_LidStatus] BatteryHealthyTable version: "},
 };
+// clang-format on
 
 std::vector<std::string> WithVersion(const std::vector<std::string>& reads) {
   std::vector<std::string> all{kReadVersion};

@@ -68,8 +68,7 @@ TEST_F(BatteryTexts, ChipName) {
   Put(info_, 0x12, "CHIP8987");
   info_[0x11] = 4;
   EXPECT_EQ(Call(BatteryHealthyTable_ECChipName, 1), "CHIP");
-  EXPECT_THAT(ec_.TakeExchanges(),
-              ElementsAre("bb 11 read", "bb 12 read", "bb 13 read", "bb 14 read", "bb 15 read"));
+  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("bb 11 read", "bb 12 read", "bb 13 read", "bb 14 read", "bb 15 read"));
   // A length beyond the buffer's promise is cut; a zero ends the name early.
   info_[0x11] = 255;
   Put(info_, 0x12, "ABCDEFGHIJKLMNOPQRSTU");
@@ -135,8 +134,8 @@ TEST_F(BatteryTexts, NameFailuresNameTheExport) {
       TraceRecorder::Get().TakeEvents();
       EXPECT_EQ(Call(member.read, 0), "") << member.name << " " << i;
       EXPECT_EQ(ec_.TakeExchanges().size(), static_cast<size_t>(i) + 1);
-      EXPECT_THAT(Lines(), ElementsAre("5 [EC_BH][" + member.name + "] Fail. BatteryHealthyTable version: " +
-                                       (i == 0 ? "2147483647" : "28")));
+      EXPECT_THAT(Lines(), ElementsAre("5 [EC_BH][" + member.name +
+                                       "] Fail. BatteryHealthyTable version: " + (i == 0 ? "2147483647" : "28")));
     }
     ec_.FailExchange(-1, ScriptedEc::Failure::kNone);
     info_[0x50] = 0;
@@ -236,12 +235,15 @@ TEST_F(Handshake, RequestsThenReadsAscending) {
   int polls = 0;
   const auto plain = ec_.answer;
   ec_.answer = [&, plain](const EcCommandRecord& record) {
-    if (record.command == 0xDD && record.data[1] == 0x5B) return EcReply{.value = ++polls == 4 ? uint8_t{0x10} : uint8_t{0}};
-    if (record.command == 0xDD && record.data[1] >= 0x60) return EcReply{.value = static_cast<uint8_t>(record.data[1] - 0x60)};
+    if (record.command == 0xDD && record.data[1] == 0x5B)
+      return EcReply{.value = ++polls == 4 ? uint8_t{0x10} : uint8_t{0}};
+    if (record.command == 0xDD && record.data[1] >= 0x60)
+      return EcReply{.value = static_cast<uint8_t>(record.data[1] - 0x60)};
     return plain(record);
   };
-  EXPECT_EQ(Call(), "0x0,0x1,0x2,0x3,0x4,0x5,0x6,0x7,0x8,0x9,0xa,0xb,0xc,0xd,0xe,0xf,0x10,0x11,0x12,0x13,0x14,0x15,"
-                    "0x16,0x17,0x18,0x19,0x1a,0x1b,0x1c,0x1d,0x1e,0x1f");
+  EXPECT_EQ(Call(),
+            "0x0,0x1,0x2,0x3,0x4,0x5,0x6,0x7,0x8,0x9,0xa,0xb,0xc,0xd,0xe,0xf,0x10,0x11,0x12,0x13,0x14,0x15,"
+            "0x16,0x17,0x18,0x19,0x1a,0x1b,0x1c,0x1d,0x1e,0x1f");
   const std::vector<std::string> exchanges = ec_.TakeExchanges();
   ASSERT_EQ(exchanges.size(), 39u);
   EXPECT_THAT(std::vector(exchanges.begin(), exchanges.begin() + 8),
@@ -268,8 +270,8 @@ TEST_F(Handshake, BusyOrBlockedSendsNoRequestAndGivesUpAfterFourPolls) {
   battery_[0x5B] = 0x80;
   EXPECT_EQ(Call(), "");
   // Busy: the charge-error byte is not even read.
-  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("bb 50 read", "dd 01 5b 00 read", "dd 01 5b 00 read",
-                                               "dd 01 5b 00 read", "dd 01 5b 00 read", "dd 01 5b 00 read"));
+  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("bb 50 read", "dd 01 5b 00 read", "dd 01 5b 00 read", "dd 01 5b 00 read",
+                                               "dd 01 5b 00 read", "dd 01 5b 00 read"));
   EXPECT_THAT(g_sleeps, ElementsAre(1000, 1000, 1000));
   battery_[0x5B] = 0;
   battery_[0x03] = 0x04;

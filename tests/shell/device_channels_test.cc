@@ -84,7 +84,8 @@ TEST_F(DeviceChannels, EachWrapperHasItsCodeShapeAndAnswer) {
     EXPECT_EQ(request.code, wrapper.code);
     EXPECT_EQ(request.in.size(), wrapper.in_size);
     EXPECT_EQ(request.out_size, wrapper.out_size);
-    if (wrapper.in_size == 12) EXPECT_THAT(Bytes(request.in.begin(), request.in.begin() + 4), ElementsAre(0xDD, 0xCC, 0xBB, 0xAA));
+    if (wrapper.in_size == 12)
+      EXPECT_THAT(Bytes(request.in.begin(), request.in.begin() + 4), ElementsAre(0xDD, 0xCC, 0xBB, 0xAA));
     fails_ = true;
     EXPECT_EQ(wrapper.call(), 0);
     requests_.clear();

@@ -74,8 +74,7 @@ TEST_F(EcCommand, DriverStatusIsHandedOnWithItsByte) {
   EXPECT_THAT(Lines(), ElementsAre("1 [RwEcCmd] IOstatus = c0de"));
   ec_.answer = [](const EcCommandRecord&) { return EcReply{.value = 9, .status = 2}; };
   RwEcCmd(0, 0x80, nullptr, 1, &status_);
-  EXPECT_THAT(Lines(),
-              ElementsAre("1 [RwEcCmd] IOstatus = 2", "1 [RwEcCmd] IOstatus = VEXAIO_STATUS_INVALID_DATANUM"));
+  EXPECT_THAT(Lines(), ElementsAre("1 [RwEcCmd] IOstatus = 2", "1 [RwEcCmd] IOstatus = VEXAIO_STATUS_INVALID_DATANUM"));
 }
 
 TEST_F(EcCommand, FailedRequestIsSilentAndNotRetried) {

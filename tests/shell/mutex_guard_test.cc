@@ -95,8 +95,9 @@ TEST_F(MutexGuard, FirstFanGuardWaitsForNothing) {
 TEST_F(MutexGuard, WaitWhileBuildingIsTheLock) {
   MutexWrapper first = MutexWrapper::Fan(10000);
   MutexWrapper second = MutexWrapper::Fan(4000);
-  EXPECT_THAT(Lines(), ElementsAre(kCalled, "5 [MutexWrapper] Global\\FancontrolMutex is finished by other thread. Wait "
-                                            "for the thread finished."));
+  EXPECT_THAT(Lines(), ElementsAre(kCalled,
+                                   "5 [MutexWrapper] Global\\FancontrolMutex is finished by other thread. Wait "
+                                   "for the thread finished."));
   EXPECT_EQ(second.Lock(4000), 1u);
   // One release frees it: nothing was acquired twice.
   EXPECT_EQ(second.Unlock(), 1u);
@@ -107,8 +108,9 @@ TEST_F(MutexGuard, LostWaitWhileBuildingIsLostOnceAndNotWaitedTwice) {
   MutexWrapper first = MutexWrapper::Fan(10000);
   const ImportPatch wait("WaitForSingleObject", ScriptedWait);
   MutexWrapper second = MutexWrapper::Fan(5000);
-  EXPECT_THAT(Lines(), ElementsAre(kCalled, "5 [MutexWrapper] WARNING: Global\\FancontrolMutex has been executing for "
-                                            "over 5000 milliseconds. No more waiting."));
+  EXPECT_THAT(Lines(), ElementsAre(kCalled,
+                                   "5 [MutexWrapper] WARNING: Global\\FancontrolMutex has been executing for "
+                                   "over 5000 milliseconds. No more waiting."));
   EXPECT_EQ(second.Lock(5000), 0u);
   EXPECT_THAT(g_waits.asked, ElementsAre(5000));
   g_waits.answer = WAIT_OBJECT_0;
@@ -123,7 +125,10 @@ TEST_F(MutexGuard, AbandonedMutexFailsOnceAndIsGivenBack) {
     EXPECT_EQ(WaitForSingleObject(mutex.get(), 0), DWORD{WAIT_OBJECT_0});
   });
   EXPECT_EQ(guard.Lock(0), 0u);
-  OnThread([&] { EXPECT_EQ(guard.Lock(0), 1u); EXPECT_EQ(guard.Unlock(), 1u); });
+  OnThread([&] {
+    EXPECT_EQ(guard.Lock(0), 1u);
+    EXPECT_EQ(guard.Unlock(), 1u);
+  });
   EXPECT_EQ(guard.Lock(0), 1u);
 }
 
@@ -156,8 +161,8 @@ TEST_F(MutexGuard, CreationFailureLeavesAGuardThatNeverWaits) {
   g_waits.answer = WAIT_OBJECT_0;
   MutexWrapper unnamed;
   MutexWrapper fan = MutexWrapper::Fan(10000);
-  EXPECT_THAT(Lines(), ElementsAre("1 [MutexWrapper] CreateMutex error: 5",
-                                   "1 [MutexWrapper_mutexname] CreateMutex error: 5"));
+  EXPECT_THAT(Lines(),
+              ElementsAre("1 [MutexWrapper] CreateMutex error: 5", "1 [MutexWrapper_mutexname] CreateMutex error: 5"));
   EXPECT_EQ(unnamed.Lock(1), 0u);
   EXPECT_EQ(fan.Lock(1), 0u);
   EXPECT_EQ(fan.Unlock(), 0u);
@@ -174,10 +179,15 @@ TEST_F(MutexGuard, EcLogGuardIsOnePerProcess) {
 }
 
 TEST_F(MutexGuard, DestroyingReleasesAndCloses) {
-  { MutexWrapper guard = MutexWrapper::Fan(0); ASSERT_EQ(guard.Lock(0), 1u); }
+  {
+    MutexWrapper guard = MutexWrapper::Fan(0);
+    ASSERT_EQ(guard.Lock(0), 1u);
+  }
   EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\FancontrolMutex"), nullptr);
   MutexWrapper keep = MutexWrapper::Fan(0);
-  { MutexWrapper guard = MutexWrapper::Fan(0); }  // owned since it was built
+  {
+    MutexWrapper guard = MutexWrapper::Fan(0);
+  }  // owned since it was built
   OnThread([&] { EXPECT_EQ(keep.Lock(0), 1u); });
 }
 

@@ -107,7 +107,10 @@ TEST_F(Trace, DisabledLinesAreNotBuilt) {
   const size_t before = AllocationCount();
   LogInfo("%s", "a text that is longer than any short string optimisation holds");
   LogInfo(L"%s", L"a text that is longer than any short string optimisation holds");
-  LogBuilt(TraceLevel::kVerbose, []() -> std::string { ADD_FAILURE(); return {}; });
+  LogBuilt(TraceLevel::kVerbose, []() -> std::string {
+    ADD_FAILURE();
+    return {};
+  });
   EXPECT_EQ(AllocationCount(), before);
 }
 
