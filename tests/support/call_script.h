@@ -15,6 +15,7 @@ class CallScript {
  public:
   // The n-th call from now on (1 is the next) to `function` fails; 0: every call does.
   void Fail(const std::string& function, DWORD error, int nth = 0);
+  void Succeed(const std::string& function) { failures_.erase(function); }
   // Of all calls since Take, whatever the function: the i-th alone (0 is the first), or all from there on.
   void FailOnly(int index, DWORD error) { sweep_ = {index, index, error}; }
   void FailFrom(int index, DWORD error) { sweep_ = {index, kNoEnd, error}; }

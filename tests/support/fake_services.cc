@@ -40,6 +40,7 @@ struct FakeServicesHook {
 
   static BOOL WINAPI Close(SC_HANDLE handle) {
     g_services->Close(handle);
+    SetLastError(ERROR_SUCCESS);
     return TRUE;
   }
 
@@ -95,8 +96,8 @@ struct FakeServicesHook {
                                  LPCWSTR dependencies, LPCWSTR account, LPCWSTR password) {
     const std::string text = Narrow(name) + " " + Narrow(display_name) + " " + Hex(access) + " type " + Hex(type) +
                              " start " + Hex(start) + " error " + Hex(error_control) + " path " + Narrow(path) + " " +
-                             Narrow(group) + (tag ? " tag " : " null ") + Narrow(dependencies) + " " +
-                             Narrow(account) + " " + Narrow(password);
+                             Narrow(group) + (tag ? " tag " : " null ") + Narrow(dependencies) + " " + Narrow(account) +
+                             " " + Narrow(password);
     if (g_services->script_.Fails("CreateServiceW", text)) return nullptr;
     if (!g_services->MayUse(manager, kManager, SC_MANAGER_CREATE_SERVICE)) return nullptr;
     FakeService& service = g_services->service;
@@ -117,31 +118,33 @@ struct FakeServicesHook {
     return TRUE;
   }
 
-  static BOOL WINAPI Change(SC_HANDLE handle, DWORD type, DWORD start, DWORD error_control, LPCWSTR path,
-                            LPCWSTR group, LPDWORD tag, LPCWSTR dependencies, LPCWSTR account, LPCWSTR password,
+  static BOOL WINAPI Change(SC_HANDLE handle, DWORD type, DWORD start, DWORD error_control, LPCWSTR path, LPCWSTR group,
+                            LPDWORD tag, LPCWSTR dependencies, LPCWSTR account, LPCWSTR password,
                             LPCWSTR display_name) {
-    const std::string text = "type " + Hex(type) + " start " + Hex(start) + " error " + Hex(error_control) +
-                             " path " + Narrow(path) + " " + Narrow(group) + (tag ? " tag " : " null ") +
-                             Narrow(dependencies) + " " + Narrow(account) + " " + Narrow(password) + " " +
-                             Narrow(display_name);
+    const std::string text = "type " + Hex(type) + " start " + Hex(start) + " error " + Hex(error_control) + " path " +
+                             Narrow(path) + " " + Narrow(group) + (tag ? " tag " : " null ") + Narrow(dependencies) +
+                             " " + Narrow(account) + " " + Narrow(password) + " " + Narrow(display_name);
     if (g_services->script_.Fails("ChangeServiceConfigW", text)) return FALSE;
     return g_services->MayUse(handle, kService, SERVICE_CHANGE_CONFIG);
   }
 
   static HLOCAL WINAPI Allocate(UINT flags, SIZE_T size) {
     if (g_services->script_.Fails("LocalAlloc")) return nullptr;
-    const HLOCAL memory = g_services->patches_.back()->Original<HLOCAL WINAPI(UINT, SIZE_T)>()(flags, size);
+    const HLOCAL memory = g_services->allocate_.Original<HLOCAL WINAPI(UINT, SIZE_T)>()(flags, size);
     g_services->memory_.insert(memory);
     return memory;
   }
 
   static HLOCAL WINAPI Free(HLOCAL memory) {
     g_services->memory_.erase(memory);
-    return LocalReAlloc(memory, 0, LMEM_MODIFY) ? nullptr : memory;
+    const HLOCAL result = g_services->free_.Original<HLOCAL WINAPI(HLOCAL)>()(memory);
+    SetLastError(ERROR_SUCCESS);
+    return result;
   }
 };
 
-FakeServices::FakeServices(CallScript& script) : script_(script) {
+FakeServices::FakeServices(CallScript& script)
+    : script_(script), allocate_("LocalAlloc", FakeServicesHook::Allocate), free_("LocalFree", FakeServicesHook::Free) {
   g_services = this;
   Patch("OpenSCManagerW", FakeServicesHook::OpenManager);
   Patch("OpenServiceW", FakeServicesHook::OpenNamed);
@@ -154,3 +157,49 @@ FakeServices::FakeServices(CallScript& script) : script_(script) {
   Patch("DeleteService", FakeServicesHook::Delete);
   Patch("ChangeServiceConfigW", FakeServicesHook::Change);
 }
+
+FakeServices::~FakeServices() {
+  for (const auto& [handle, state] : handles_) {
+    if (state.open) ADD_FAILURE() << "left open: " << (state.is_manager ? "service manager" : "service");
+  }
+  EXPECT_TRUE(memory_.empty()) << "memory left allocated";
+  g_services = nullptr;
+}
+
+SC_HANDLE FakeServices::NewHandle(bool is_manager, DWORD access) {
+  // Numbers are never used again, so that a closed handle is always known.
+  const auto handle = reinterpret_cast<SC_HANDLE>(0x5C000 + 16 * handles_.size());
+  handles_[handle] = {is_manager, access, true};
+  return handle;
+}
+
+bool FakeServices::MayUse(SC_HANDLE handle, bool is_manager, DWORD right) {
+  const auto known = handles_.find(handle);
+  if (known == handles_.end() || !known->second.open || known->second.is_manager != is_manager) {
+    ADD_FAILURE() << "call on a handle that is closed or of the wrong kind";
+    return Fail(ERROR_INVALID_HANDLE);
+  }
+  return (known->second.access & right) == right || Fail(ERROR_ACCESS_DENIED);
+}
+
+void FakeServices::Close(SC_HANDLE handle) {
+  const auto known = handles_.find(handle);
+  if (known == handles_.end() || !known->second.open) {
+    ADD_FAILURE() << "handle closed that is not open";
+    return;
+  }
+  known->second.open = false;
+  const bool in_use = std::any_of(handles_.begin(), handles_.end(),
+                                  [](const auto& entry) { return entry.second.open && !entry.second.is_manager; });
+  if (service.marked_for_delete && !in_use) service.exists = service.marked_for_delete = false;
+}
+
+void FakeServices::FillStatus(SERVICE_STATUS* status) {
+  if (service.state == SERVICE_START_PENDING || service.state == SERVICE_STOP_PENDING) {
+    const bool starting = service.state == SERVICE_START_PENDING;
+    if (service.pending_polls-- <= 0) service.state = starting ? service.state_after_start : service.state_after_stop;
+  }
+  *status = {.dwServiceType = SERVICE_KERNEL_DRIVER, .dwCurrentState = service.state};
+}
+
+}  // namespace vexa::test

@@ -31,7 +31,8 @@ struct FakeService {
 
 // While it lives, the program's calls to the service manager reach it. Each is recorded in the script with its
 // arguments, except closings. A call without the access right it needs fails as on Windows. A handle that is used
-// after it was closed, closed twice or left open, and memory that is left allocated, fail the test.
+// after it was closed, closed twice or left open, and memory that is left allocated, fail the test. Giving back clears
+// the last error, as it may on Windows.
 class FakeServices {
  public:
   explicit FakeServices(CallScript& script);
@@ -60,6 +61,8 @@ class FakeServices {
   CallScript& script_;
   std::map<SC_HANDLE, Handle> handles_;
   std::set<HLOCAL> memory_;
+  ImportPatch allocate_;
+  ImportPatch free_;
   std::vector<std::unique_ptr<ImportPatch>> patches_;
 };
 

@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# ./run as a newcomer uses it, and what its client prints.
+
+source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
+
+machine=$1
+option=()
+[ "$machine" = arm64 ] && option=(--arm64)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+passed=0
+failed=0
+
+check() {  # check NAME COMMAND...
+  local name=$1
+  shift
+  if "$@"; then
+    echo "ok $name"
+    passed=$((passed + 1))
+  else
+    echo "FAIL $name"
+    failed=$((failed + 1))
+    tail -n 5 "$work/out" "$work/err"
+  fi
+}
+
+# run EXPECTED_CODE ARGUMENTS...: output in out and err.
+run() {
+  local expected=$1 code=0
+  shift
+  "$ROOT/run" "${option[@]}" "$@" >"$work/out" 2>"$work/err" || code=$?
+  [ "$code" = "$expected" ] || { echo "exit code $code, not $expected"; return 1; }
+}
+
+json() { python3 "$ROOT/tests/e2e/check_json.py" "$work/out" "$@"; }
+
+if [ "$machine" = x64 ]; then
+  check "battery table" run 0
+  check "battery table shows the charge" grep -q -E 'State of charge +84 %' "$work/out"
+  check "json" run 0 --json
+  check "json has at least 20 readings" json 20 battery.rsoc=84 battery.temperature=3033 ec.table_version=28
+  check "silent EC" run 1 --scenario silent-ec --json
+  check "silent EC is no answer" json 1 battery.rsoc=no_answer battery.fully_charged=no_answer
+  check "no table" run 0 --scenario no-table --json
+  check "no table is unsupported, never 0" json 5 battery.rsoc=unsupported battery.serial_number=unsupported
+  check "no battery" run 0 --scenario no-battery --json
+  check "no battery is not present" json 5 battery.rsoc=not_present
+  check "hostile answers" run 0 --scenario hostile-answers --json
+  check "hostile answers are one JSON value" json 1
+  printf '{\n  "ec": {\n    "default": 300\n  }\n}\n' >"$work/broken.json"
+  check "broken scenario is refused" run 1 --scenario "$work/broken.json"
+  check "broken scenario names file and line" grep -q "broken.json:3: " "$work/err"
+  check "missing scenario is refused" run 1 --scenario "$work/absent.json"
+  check "healthy again" run 0 --json
+  check "usage error" run 2 --no-such-option
+else
+  # No route to the gauge on this machine yet: nothing about the notebook is readable, and the client says so.
+  check "json" run 1 --json
+  check "json tells the machine" json 1 library.route=ARM64 battery.rsoc=no_answer
+fi
+
+echo "$passed passed, $failed failed"
+[ "$failed" = 0 ]

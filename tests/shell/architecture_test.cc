@@ -1,0 +1,250 @@
+// The registry value that chooses the route: read on every call, detected and stored when it can't be used.
+#include "frame/architecture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "frame/handles.h"
+#include "tests/support/arch_value.h"
+#include "tests/support/call_script.h"
+#include "tests/support/detection.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/trace_recorder.h"
+
+namespace vexa::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kDetects[] = "5 [VexaWinDll][IsArchitectureARM64] cannot get REG_ARCHITECTURE key";
+// What the registry holds in the value, terminator included; empty when it is missing.
+std::wstring Stored(DWORD* type = nullptr) {
+  wchar_t text[300] = {};
+  DWORD size = sizeof text;
+  if (RegGetValueW(HKEY_LOCAL_MACHINE, kConfigKeyName, L"Arch", RRF_RT_ANY, type, text, &size) != ERROR_SUCCESS) {
+    return {};
+  }
+  return {text, size / sizeof(wchar_t)};
+}
+
+const std::wstring kStoredX64(L"x64\0", 4);
+const std::wstring kStoredArm64(L"ARM64\0", 6);
+
+void StoreBytes(DWORD type, const void* bytes, size_t size) {
+  RegistryKey key;
+  RegCreateKeyExW(HKEY_LOCAL_MACHINE, kConfigKeyName, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key.put(), nullptr);
+  RegSetValueExW(key.get(), L"Arch", 0, type, static_cast<const BYTE*>(bytes), static_cast<DWORD>(size));
+}
+
+class Architecture : public testing::Test {
+ protected:
+  Architecture() {
+    ArchValue::Remove();
+    DetectAs(0x8664);
+    g_detections = 0;
+    TraceRecorder::Get().TakeEvents();
+  }
+  ~Architecture() override {
+    g_detection = nullptr;
+    ArchValue::Remove();
+  }
+
+  static void DetectAs(USHORT native) {
+    g_detection = [native](USHORT* machine) {
+      *machine = native;
+      return true;
+    };
+  }
+  static std::vector<std::string> Lines() { return TraceRecorder::Get().TakeLines(); }
+};
+
+TEST_F(Architecture, MissingValueIsDetectedOnceAndStored) {
+  for (const bool arm64 : {true, false}) {
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, kConfigKeyName);
+    DetectAs(arm64 ? 0xAA64 : 0x8664);
+    g_detections = 0;
+    EXPECT_EQ(IsArchitectureARM64(), arm64);
+    EXPECT_THAT(Lines(), ElementsAre(kDetects));
+    DWORD type = 0;
+    EXPECT_EQ(Stored(&type), arm64 ? kStoredArm64 : kStoredX64);
+    EXPECT_EQ(type, static_cast<DWORD>(REG_SZ));
+    // From here on the registry answers, whatever the system would say.
+    DetectAs(arm64 ? 0x8664 : 0xAA64);
+    EXPECT_EQ(IsArchitectureARM64(), arm64);
+    EXPECT_EQ(g_detections, 1);
+    EXPECT_THAT(Lines(), IsEmpty());
+  }
+}
+
+TEST_F(Architecture, FailingDetectionIsX64) {
+  g_detection = [](USHORT* machine) {
+    *machine = 0xAA64;
+    return false;
+  };
+  EXPECT_FALSE(IsArchitectureARM64());
+  EXPECT_EQ(g_detections, 1);
+  EXPECT_EQ(Stored(), kStoredX64);
+}
+
+TEST_F(Architecture, OnlyTheExactTextIsArm64) {
+  DetectAs(0xAA64);
+  for (const wchar_t* text : {L"arm64", L"ARM64 ", L" ARM64", L"ARM6", L"ARM64X", L"Arm64", L"x64", L""}) {
+    const ArchValue value(text);
+    EXPECT_FALSE(IsArchitectureARM64()) << Narrow(text);
+    EXPECT_EQ(Stored(), text + std::wstring(1, L'\0'));
+  }
+  const ArchValue value(L"ARM64");
+  EXPECT_TRUE(IsArchitectureARM64());
+  EXPECT_EQ(g_detections, 0);
+  EXPECT_THAT(Lines(), IsEmpty());
+}
+
+TEST_F(Architecture, ValueOfAnotherTypeIsReplaced) {
+  const DWORD number = 1;
+  const struct {
+    DWORD type;
+    const void* bytes;
+    size_t size;
+  } values[] = {{REG_DWORD, &number, 4},
+                {REG_EXPAND_SZ, L"ARM64", 12},
+                {REG_BINARY, L"ARM64", 12},
+                {REG_MULTI_SZ, L"ARM64\0", 14}};
+  for (const auto& value : values) {
+    StoreBytes(value.type, value.bytes, value.size);
+    EXPECT_FALSE(IsArchitectureARM64()) << value.type;
+    EXPECT_THAT(Lines(), ElementsAre(kDetects));
+    DWORD type = 0;
+    EXPECT_EQ(Stored(&type), kStoredX64);
+    EXPECT_EQ(type, static_cast<DWORD>(REG_SZ));
+  }
+}
+
+TEST_F(Architecture, TextEndsAtItsFirstZeroOrAtItsEnd) {
+  StoreBytes(REG_SZ, L"ARM64\0junk", 22);
+  EXPECT_TRUE(IsArchitectureARM64());
+  StoreBytes(REG_SZ, L"x64\0ARM64", 20);
+  EXPECT_FALSE(IsArchitectureARM64());
+  StoreBytes(REG_SZ, L"ARM64!", 10);  // without a terminator
+  EXPECT_TRUE(IsArchitectureARM64());
+  StoreBytes(REG_SZ, L"ARM64!", 8);
+  EXPECT_FALSE(IsArchitectureARM64());
+  // Longer than what is read: it can't be "ARM64", and it is nobody's to replace.
+  const std::wstring long_text = L"ARM64" + std::wstring(200, L'A');
+  StoreBytes(REG_SZ, long_text.c_str(), (long_text.size() + 1) * sizeof(wchar_t));
+  EXPECT_FALSE(IsArchitectureARM64());
+  EXPECT_EQ(Stored().size(), 206u);
+  EXPECT_EQ(g_detections, 0);
+}
+
+TEST_F(Architecture, TextOfTheReadErrorCountsAsMissing) {
+  ArchValue::Set(L"ERROR_READREG");
+  DetectAs(0xAA64);
+  EXPECT_TRUE(IsArchitectureARM64());
+  EXPECT_THAT(Lines(), ElementsAre(kDetects));
+  EXPECT_EQ(Stored(), kStoredArm64);
+}
+
+// Keys that can't be opened for reading, for writing, or made.
+class ArchitectureKeys : public Architecture {
+ protected:
+  ArchitectureKeys() { self_ = this; }
+
+  static LSTATUS WINAPI Open(HKEY root, LPCWSTR name, DWORD options, REGSAM access, PHKEY key) {
+    const std::string text = (root == HKEY_LOCAL_MACHINE ? "HKLM " : "? ") + Narrow(name) + " " + Hex(access);
+    if (self_->script_.Fails(access == KEY_READ ? "read" : "open", text)) return ERROR_ACCESS_DENIED;
+    const LSTATUS status = self_->open_.Original<decltype(Open)>()(root, name, options, access, key);
+    if (status == ERROR_SUCCESS) ++self_->open_keys_;
+    return status;
+  }
+  static LSTATUS WINAPI Create(HKEY root, LPCWSTR name, DWORD reserved, LPWSTR kind, DWORD options, REGSAM access,
+                               LPSECURITY_ATTRIBUTES attributes, PHKEY key, LPDWORD disposition) {
+    const std::string text = (root == HKEY_LOCAL_MACHINE ? "HKLM " : "? ") + Narrow(name) + " " + Hex(access);
+    if (self_->script_.Fails("create", text)) return ERROR_ACCESS_DENIED;
+    const LSTATUS status = self_->create_.Original<decltype(Create)>()(root, name, reserved, kind, options, access,
+                                                                       attributes, key, disposition);
+    if (status == ERROR_SUCCESS) ++self_->open_keys_;
+    return status;
+  }
+  static LSTATUS WINAPI Set(HKEY key, LPCWSTR value, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
+    if (self_->script_.Fails("set", Narrow(value) + " " + Hex(type) + " " + Hex(size))) return ERROR_ACCESS_DENIED;
+    return self_->set_.Original<decltype(Set)>()(key, value, reserved, type, data, size);
+  }
+  static LSTATUS WINAPI Close(HKEY key) {
+    --self_->open_keys_;
+    return self_->close_.Original<decltype(Close)>()(key);
+  }
+
+  static inline ArchitectureKeys* self_ = nullptr;
+  CallScript script_;
+  int open_keys_ = 0;
+  ImportPatch open_{"RegOpenKeyExW", Open};
+  ImportPatch create_{"RegCreateKeyExW", Create};
+  ImportPatch set_{"RegSetValueExW", Set};
+  ImportPatch close_{"RegCloseKey", Close};
+};
+
+TEST_F(ArchitectureKeys, AnswerIsDetectedEvenIfItCanNotBeStored) {
+  constexpr char kRead[] = "read HKLM SOFTWARE\\Vexa\\Config 20019";
+  constexpr char kWrite[] = "open HKLM SOFTWARE\\Vexa\\Config 20006";
+  constexpr char kCreateKey[] = "create HKLM SOFTWARE\\Vexa\\Config f003f";
+  ArchValue::Set(L"x64");
+  script_.Take();
+  open_keys_ = 0;
+  DetectAs(0xAA64);
+  script_.Fail("read", 0);
+  script_.Fail("open", 0);
+  script_.Fail("create", 0);
+  EXPECT_TRUE(IsArchitectureARM64());
+  EXPECT_THAT(script_.Take(), ElementsAre(kRead, kWrite, kCreateKey));
+  EXPECT_THAT(Lines(), ElementsAre(kDetects));
+  EXPECT_EQ(Stored(), kStoredX64);
+  // Nothing is remembered: the next call detects again.
+  EXPECT_TRUE(IsArchitectureARM64());
+  EXPECT_EQ(g_detections, 2);
+
+  // The key that can't be opened for writing is made; the length counts the terminator.
+  script_.Take();
+  script_.Succeed("create");
+  EXPECT_TRUE(IsArchitectureARM64());
+  EXPECT_THAT(script_.Take(), ElementsAre(kRead, kWrite, kCreateKey, "set Arch 1 c"));
+  EXPECT_EQ(Stored(), kStoredArm64);
+  EXPECT_EQ(open_keys_, 0);
+}
+
+TEST_F(ArchitectureKeys, ReadingOpensForReadingAlone) {
+  ArchValue::Set(L"x64");
+  script_.Take();
+  EXPECT_FALSE(IsArchitectureARM64());
+  EXPECT_THAT(script_.Take(), ElementsAre("read HKLM SOFTWARE\\Vexa\\Config 20019"));
+  EXPECT_EQ(open_keys_, 0);
+}
+
+// The look-up is done once per process, so this one starts itself again as a process whose system has no function.
+TEST_F(Architecture, SystemWithoutTheFunctionIsX64) {
+  if (IsWithoutDetection()) {
+    EXPECT_FALSE(IsArchitectureARM64());
+    EXPECT_EQ(g_detections, 0);
+    EXPECT_EQ(Stored(), kStoredX64);
+    return;
+  }
+  wchar_t program[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  std::wstring command = L"shell_test --gtest_filter=Architecture.SystemWithoutTheFunctionIsX64";
+  SetEnvironmentVariableW(kWithoutDetection, L"1");
+  STARTUPINFOW startup{.cb = sizeof startup};
+  PROCESS_INFORMATION process{};
+  const BOOL started =
+      CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+  SetEnvironmentVariableW(kWithoutDetection, nullptr);
+  ASSERT_TRUE(started);
+  const KernelHandle child(process.hProcess);
+  const KernelHandle thread(process.hThread);
+  ASSERT_EQ(WaitForSingleObject(child.get(), 60000), static_cast<DWORD>(WAIT_OBJECT_0));
+  DWORD code = 1;
+  GetExitCodeProcess(child.get(), &code);
+  EXPECT_EQ(code, 0u);
+}
+
+}  // namespace
+}  // namespace vexa::test
