@@ -23,18 +23,29 @@ std::string HexText(Number number) {
 }
 
 // The pieces one after the other; numbers in decimal.
-template <typename... Pieces>
-std::string Line(const Pieces&... pieces) {
-  std::string line;
+template <typename Char, typename... Pieces>
+std::basic_string<Char> LineOf(const Pieces&... pieces) {
+  std::basic_string<Char> line;
   const auto append = [&line](const auto& piece) {
     if constexpr (std::integral<std::remove_cvref_t<decltype(piece)>>) {
-      line += NumberText(piece);
+      const std::string digits = NumberText(piece);
+      line.append(digits.begin(), digits.end());
     } else {
-      line += std::string_view(piece);
+      line += std::basic_string_view<Char>(piece);
     }
   };
   (append(pieces), ...);
   return line;
+}
+
+template <typename... Pieces>
+std::string Line(const Pieces&... pieces) {
+  return LineOf<char>(pieces...);
+}
+
+template <typename... Pieces>
+std::wstring WideLine(const Pieces&... pieces) {
+  return LineOf<wchar_t>(pieces...);
 }
 
 }  // namespace vexa

@@ -1,0 +1,42 @@
+// A buffer of an exact size that nothing can be written around.
+#ifndef VEXA_TESTS_E2E_GUARDED_BUFFER_H_
+#define VEXA_TESTS_E2E_GUARDED_BUFFER_H_
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstddef>
+
+namespace vexa::test {
+
+// Its last byte is the last one of a page; the pages on both sides can't be touched, and the bytes between
+// the first of them and the buffer are watched.
+class GuardedBuffer {
+ public:
+  explicit GuardedBuffer(size_t size) : size_(size) {
+    pages_ = static_cast<char*>(VirtualAlloc(nullptr, 3 * kPage, MEM_RESERVE | MEM_COMMIT, PAGE_NOACCESS));
+    DWORD before = 0;
+    VirtualProtect(pages_ + kPage, kPage, PAGE_READWRITE, &before);
+    std::fill(pages_ + kPage, pages_ + 2 * kPage, kFill);
+  }
+  ~GuardedBuffer() { VirtualFree(pages_, 0, MEM_RELEASE); }
+
+  GuardedBuffer(const GuardedBuffer&) = delete;
+  GuardedBuffer& operator=(const GuardedBuffer&) = delete;
+
+  char* data() const { return pages_ + 2 * kPage - size_; }
+  bool IsTerminated() const { return std::find(data(), data() + size_, '\0') != data() + size_; }
+  bool IsUntouchedBefore() const {
+    return std::all_of(pages_ + kPage, data(), [](char byte) { return byte == kFill; });
+  }
+
+ private:
+  static constexpr size_t kPage = 4096;
+  static constexpr char kFill = 0x5A;
+  size_t size_;
+  char* pages_;
+};
+
+}  // namespace vexa::test
+
+#endif  // VEXA_TESTS_E2E_GUARDED_BUFFER_H_
