@@ -13,7 +13,8 @@
 
 namespace vexahealth {
 
-enum class Section { kLibrary, kController, kBattery, kCharger };
+enum class Section { kLibrary, kController, kBattery, kCharger, kChargeLimit, kQuietFan, kApplication };
+inline constexpr Section kLastSection = Section::kApplication;
 
 // What an answer means: decides its range, its unit and how the table shows it.
 enum class Kind {
@@ -25,7 +26,9 @@ enum class Kind {
   kTableVersion,
   kBit,
   kFlag,
+  kSwitch,  // on or off
   kPercent,
+  kStoredPercent,  // a percentage as somebody stored it: any number
   kMillivolts,
   kMilliamps,           // signed: negative while discharging
   kMilliampsRequested,  // signed: what the gauge asks for, not what flows
@@ -34,6 +37,7 @@ enum class Kind {
   kCapacity,
   kTimeoutByte,
   kText,
+  kPath,
   kByteList,
 };
 
@@ -47,7 +51,17 @@ enum class Gate {
   kTable10,     // a healthy table of version 10 or newer; the call may wait for seconds
 };
 
-// Answer that may be a failure in disguise, besides VEXA_NO_ANSWER.
+// Where the value comes from on machines whose gauge is read through the firmware's methods (ARM64). A call of such a
+// method that failed answers 0.
+enum class OnFirmware {
+  kSame,       // the library itself, as everywhere
+  kNothing,    // the firmware has no such value; the export answers a constant
+  kNeverZero,  // the gauge, which never answers 0 (or an empty name) while it works
+  kMayBeZero,  // the gauge, for which 0 is a value like others
+  kSystem,     // the system's power status; 0 also when the system does not know
+};
+
+// Answer that may be a failure in disguise, besides VEXA_NO_ANSWER. Of the driver route.
 enum class Reserved {
   kNone,
   kZero,         // 0 is a true value, but also the answer without a table
@@ -55,12 +69,14 @@ enum class Reserved {
   kZeroIsFault,  // 0 is no true value: the request failed or the machine has none
 };
 
-// How an export is called.
-enum class Signature { kNumber, kTextBuffer, kTextByValue };
+// How an export is called. "Com" exports take the flag that tells them to initialise COM.
+enum class Signature { kNumber, kTextBuffer, kTextByValue, kComNumber, kComPath };
 
 using NumberExport = uint32_t (*)() noexcept;
 using TextBufferExport = uint32_t (*)(char*) noexcept;
 using TextByValueExport = VexaText (*)() noexcept;
+using ComNumberExport = uint32_t (*)(uint32_t) noexcept;
+using ComPathExport = uint32_t (*)(wchar_t*, uint32_t) noexcept;
 
 // An export resolved from the library; called only as its row's signature says. Null: the library lacks it.
 using AnyExport = void (*)();
@@ -71,6 +87,10 @@ consteval Signature SignatureOf() {
     return Signature::kNumber;
   } else if constexpr (std::is_same_v<Declared, TextBufferExport>) {
     return Signature::kTextBuffer;
+  } else if constexpr (std::is_same_v<Declared, ComNumberExport>) {
+    return Signature::kComNumber;
+  } else if constexpr (std::is_same_v<Declared, ComPathExport>) {
+    return Signature::kComPath;
   } else {
     static_assert(std::is_same_v<Declared, TextByValueExport>, "no way to call this export");
     return Signature::kTextByValue;
@@ -84,9 +104,10 @@ struct Row {
   const char* export_name;  // terminated: it goes to the loader
   Signature signature;
   Kind kind;
-  Gate gate;
+  Gate gate = Gate::kLibrary;
+  OnFirmware on_firmware = OnFirmware::kSame;
   Reserved reserved = Reserved::kNone;
-  size_t text_capacity = 0;  // bytes that a kTextBuffer export may fill, terminator included
+  size_t text_capacity = 0;  // characters that an export may fill, terminator included
 };
 
 inline constexpr size_t kRowCount = 35;

@@ -2,26 +2,27 @@
 #ifndef CLIENT_COLLECT_H_
 #define CLIENT_COLLECT_H_
 
-#include <string>
-#include <string_view>
 #include <vector>
 
+#include "client/call.h"
 #include "client/reading.h"
 
 namespace vexahealth {
 
-// Turns a text in the system's active code page into UTF-8.
-using TextDecoder = std::string (*)(std::string_view);
+// External power as the system sees it.
+enum class PowerLine { kUnknown, kOffline, kOnline };
 
 struct CollectOptions {
   bool ready = false;    // InitializeWinIo answered 1
   bool may_wait = true;  // false: leave out the export that waits for seconds
   Route route = Route::kUnknown;
   TextDecoder decode = nullptr;
+  PowerLine (*power_line)() = nullptr;  // asked on the firmware route, where it must be set
 };
 
-// One reading per row. Besides the rows' own calls it asks for the table's version at the start and for the
-// pack voltage after each doubtful answer.
+// One reading per row. Besides the rows' own calls it asks, on the driver route, for the table's version at the start
+// and for the pack voltage after each doubtful answer; on the firmware route for the pack voltage, or else the
+// temperature, at both points.
 [[nodiscard]] std::vector<Reading> Collect(const RowExports& exports, const CollectOptions& options);
 
 }  // namespace vexahealth

@@ -7,19 +7,21 @@
 #include <string>
 
 #include "client/catalogue.h"
+#include "client/settings_catalogue.h"
 #include "vexa/vexa.h"
 
 namespace vexahealth {
 
 inline constexpr wchar_t kLibraryFile[] = L"VexaWinIO64.dll";
 
-// The loaded library. Null row exports are those that it lacks; the named ones are always there.
+// The loaded library. Null exports of rows and settings are those that it lacks; the named ones are always there.
 struct Library {
   std::shared_ptr<void> module;  // freed with the last copy
   decltype(&InitializeWinIo) initialize = nullptr;
   decltype(&ShutdownWinIo) shutdown = nullptr;
   decltype(&GetIoDllVersion) interface_version = nullptr;
   RowExports rows = {};
+  SettingExports settings;
 };
 
 // Loads the file at this absolute path and resolves its exports. Its own dependencies come from its folder

@@ -72,11 +72,21 @@ std::string ActiveCodePageToUtf8(std::string_view text) {
 Route ReadRoute() {
   wchar_t text[16] = {};
   DWORD size = sizeof text;
-  const LSTATUS status = RegGetValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Vexa\\Config", L"Arch", RRF_RT_REG_SZ,
-                                      nullptr, text, &size);
+  const LSTATUS status =
+      RegGetValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Vexa\\Config", L"Arch", RRF_RT_REG_SZ, nullptr, text, &size);
   if (status != ERROR_SUCCESS) return Route::kUnknown;
   if (std::wstring_view(text) == L"ARM64") return Route::kFirmware;
   return Route::kDriver;
+}
+
+PowerLine ReadPowerLine() {
+  SYSTEM_POWER_STATUS status{};
+  if (!GetSystemPowerStatus(&status)) return PowerLine::kUnknown;
+  switch (status.ACLineStatus) {
+    case AC_LINE_OFFLINE: return PowerLine::kOffline;
+    case AC_LINE_ONLINE: return PowerLine::kOnline;
+    default: return PowerLine::kUnknown;
+  }
 }
 
 bool WriteOutput(std::string_view text) { return WriteTo(STD_OUTPUT_HANDLE, text); }

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "client/collect.h"
 #include "client/reading.h"
 
 namespace vexahealth {
@@ -23,6 +24,9 @@ std::string ActiveCodePageToUtf8(std::string_view text);
 // The value by which the library chooses its route. The library writes it on its first call where it is
 // missing, so read it after InitializeWinIo. Never written here.
 Route ReadRoute();
+
+// External power as the system's power status tells it.
+PowerLine ReadPowerLine();
 
 // Write UTF-8 as it is, without line-end translation; a console shows it as UTF-8 too. False when it can't be
 // written.

@@ -1,4 +1,4 @@
-// vexahealth.exe: reads the notebook's health through VexaWinIO64.dll and prints it.
+// vexahealth.exe: reads the notebook's health through VexaWinIO64.dll and prints it, and changes settings on request.
 #include <exception>
 #include <string>
 #include <vector>
@@ -6,9 +6,9 @@
 #include "client/collect.h"
 #include "client/exit_codes.h"
 #include "client/json_report.h"
-#include "client/library.h"
 #include "client/machine.h"
 #include "client/options.h"
+#include "client/session.h"
 #include "client/table.h"
 #include "client/text.h"
 
@@ -17,29 +17,7 @@ namespace {
 
 constexpr char kNotReady[] =
     "the library is not ready: InitializeWinIo answered 0. VexaSAIO.sys must lie beside VexaWinIO64.dll, and "
-    "setting up "
-    "its service needs administrator rights";
-
-void Complain(const std::string& text) {
-  if (!text.empty()) WriteError("vexahealth: " + EscapeForTerminal(text, Backslash::kKeep) + "\n");
-}
-
-int Print(const std::string& text, int exit_code) {
-  return WriteOutput(text) ? exit_code : int{kExitOutputFailed};
-}
-
-std::expected<Library, std::string> LoadBesideClient(LibraryState& state) {
-  const std::optional<std::wstring> folder = OwnFolder();
-  if (!folder) return std::unexpected("the client's own folder can't be found");
-  const std::wstring path = *folder + kLibraryFile;
-  state.path = WideToUtf8(path);
-  std::expected<Library, std::string> library = LoadVexaLibrary(path);
-  if (library) {
-    state.loaded = true;
-    state.version = library->interface_version();
-  }
-  return library;
-}
+    "setting up its service needs administrator rights";
 
 int PrintReport(const Report& report, const Options& options, int exit_code) {
   Complain(report.error);
@@ -59,7 +37,8 @@ int RunStatus(const Options& options) {
   report.readings = Collect(library->rows, {.ready = report.library.ready,
                                             .may_wait = options.may_wait,
                                             .route = report.library.route,
-                                            .decode = ActiveCodePageToUtf8});
+                                            .decode = ActiveCodePageToUtf8,
+                                            .power_line = ReadPowerLine});
   if (report.library.ready) {
     library->shutdown();
   } else {
@@ -76,8 +55,7 @@ int RunVersion(const Options& options) {
   const int exit_code = library ? kExitOk : kExitNotLoaded;
   if (options.json) return Print(JsonVersionText(state, error), exit_code);
   std::string text = "vexahealth " + std::string(kClientVersion) + "\n";
-  if (state.version)
-    text += Printf("VexaWinIO64.dll interface %u.%u\n", *state.version >> 16, *state.version & 0xFFFF);
+  if (state.version) text += Printf("VexaWinIO64.dll interface %u.%u\n", *state.version >> 16, *state.version & 0xFFFF);
   return Print(text, exit_code);
 }
 
@@ -85,18 +63,19 @@ int RunUsageError(const Options& options) {
   Complain(options.text);
   WriteError("Run vexahealth --help for what is possible.\n");
   if (!options.json) return kExitUsage;
-  const Report report{
-      .library = {}, .readings = NothingCollected("wrong command line"), .error = options.text};
+  if (options.settings) return Print(SettingsUsageJson(options.text), kExitUsage);
+  const Report report{.library = {}, .readings = NothingCollected("wrong command line"), .error = options.text};
   return Print(JsonText(report), kExitUsage);
 }
 
 int Run(const std::vector<std::string>& arguments) {
   const Options options = ParseOptions(arguments);
   switch (options.action) {
-    case Options::Action::kHelp:
-      return Print(options.json ? JsonHelpText(options.text) : options.text, kExitOk);
+    case Options::Action::kHelp: return Print(options.json ? JsonHelpText(options.text) : options.text, kExitOk);
     case Options::Action::kVersion: return RunVersion(options);
     case Options::Action::kUsageError: return RunUsageError(options);
+    case Options::Action::kSettings: return RunSettings(options);
+    case Options::Action::kChange: return RunChange(options);
     case Options::Action::kStatus: break;
   }
   return RunStatus(options);

@@ -5,14 +5,18 @@
 #include <string>
 #include <vector>
 
+#include "client/change.h"
+
 namespace vexahealth {
 
 struct Options {
-  enum class Action { kStatus, kHelp, kVersion, kUsageError };
+  enum class Action { kStatus, kSettings, kChange, kHelp, kVersion, kUsageError };
 
   Action action = Action::kStatus;
-  bool json = false;  // also set beside a usage error, where --json stands among the arguments
+  bool json = false;      // also set beside a usage error, where --json stands among the arguments
+  bool settings = false;  // the arguments are about settings, also beside a usage error
   bool may_wait = true;
+  ChangeRequest change;
   std::string text;  // the help, or what is wrong
 };
 

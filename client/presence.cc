@@ -10,12 +10,6 @@ namespace {
 constexpr std::array<std::string_view, 4> kCells = {"battery.cell_voltage_1", "battery.cell_voltage_2",
                                                     "battery.cell_voltage_3", "battery.cell_voltage_4"};
 
-std::optional<int64_t> NumberOf(std::span<const Reading> readings, std::string_view key) {
-  const Reading& reading = readings[RowIndex(key)];
-  if (reading.status != Status::kOk) return std::nullopt;
-  return std::get<int64_t>(reading.value);
-}
-
 void MarkAbsent(Reading& reading, const char* note) {
   reading.status = Status::kNotPresent;
   reading.value = {};
@@ -25,8 +19,7 @@ void MarkAbsent(Reading& reading, const char* note) {
 }  // namespace
 
 bool BatteryAbsent(std::span<const Reading> readings) {
-  constexpr std::string_view kEvidence[] = {"battery.voltage", "battery.rsoc",
-                                            "battery.full_charge_capacity"};
+  constexpr std::string_view kEvidence[] = {"battery.voltage", "battery.rsoc", "battery.full_charge_capacity"};
   constexpr std::string_view kContrary[] = {
       "battery.current", "battery.remaining_capacity", kCells[0], kCells[1], kCells[2], kCells[3]};
   return std::ranges::all_of(kEvidence, [&](auto key) { return NumberOf(readings, key) == 0; }) &&

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -64,7 +65,10 @@ struct Report {
 };
 
 // Readings for a report that could collect nothing, each with this reason.
-std::vector<Reading> NothingCollected(std::string_view reason);
+std::vector<Reading> NothingCollected(std::string_view reason, std::span<const Row> rows = kRows);
+
+// The number of a reading that is ok, among readings in the order of kRows. The key is that of a number.
+std::optional<int64_t> NumberOf(std::span<const Reading> readings, std::string_view key);
 
 // kExitOk or kExitNoReadings, for a library that was loaded.
 int ExitCodeFor(const Report& report);

@@ -3,22 +3,14 @@
 #include <string>
 #include <utility>
 
+#include "client/firmware_rules.h"
 #include "client/text.h"
 #include "client/values.h"
 
 namespace vexahealth {
 namespace {
 
-Reading Missing(const Row& row, Status status, std::string note) {
-  return {.row = &row, .status = status, .value = {}, .note = std::move(note)};
-}
-
-Reading Ok(const Row& row, Value value, std::string note = {}) {
-  return {.row = &row, .status = Status::kOk, .value = std::move(value), .note = std::move(note)};
-}
-
-const char* NoAnswerReason(const Row& row, Route route) {
-  if (route == Route::kFirmware) return "this version of the library has no route to it on ARM64";
+const char* NoAnswerReason(const Row& row) {
   if (row.gate == Gate::kDriver) return "the driver did not answer";
   if (row.gate == Gate::kGauge) return "the gauge did not answer";
   return "the EC did not answer";
@@ -42,20 +34,16 @@ Reading FromCrossCheck(const Row& row, const Answer& answer, CrossCheck check) {
   return Missing(row, Status::kNoAnswer, "the table's version could not be read during this call");
 }
 
-Reading DecideNumber(const Row& row, const Answer& answer, const Circumstances& now, CrossCheck check) {
+Reading DecideNumber(const Row& row, const Answer& answer, CrossCheck check) {
   const bool from_controller = row.gate != Gate::kLibrary && row.gate != Gate::kDriver;
   if (answer.number == VEXA_NO_ANSWER && from_controller) {
-    return Missing(row, Status::kNoAnswer, NoAnswerReason(row, now.route));
+    return Missing(row, Status::kNoAnswer, NoAnswerReason(row));
   }
   if (row.reserved == Reserved::kZeroIsFault && answer.number == 0) {
-    const bool firmware = now.route == Route::kFirmware;
-    return Missing(row, firmware ? Status::kUnsupported : Status::kNoAnswer,
-                   firmware ? "ARM64 machines need no kernel driver" : NoAnswerReason(row, now.route));
+    return Missing(row, Status::kNoAnswer, NoAnswerReason(row));
   }
-  if (NeedsCrossCheck(row, answer)) return FromCrossCheck(row, answer, check);
-  if (!InRange(row.kind, answer.number)) {
-    return Missing(row, Status::kError, Printf("the answer 0x%x is out of range", answer.number));
-  }
+  if (NeedsCrossCheck(row, answer, Route::kDriver)) return FromCrossCheck(row, answer, check);
+  if (!InRange(row.kind, answer.number)) return OutOfRange(row, answer);
   return Ok(row, ValueFrom(row.kind, answer.number), NoteOn(row.kind, answer.number));
 }
 
@@ -63,15 +51,14 @@ Reading DecideBufferText(const Row& row, const Answer& answer, const Circumstanc
   if (answer.form == Answer::Form::kUnterminated) {
     return Missing(row, Status::kError, "the library wrote past the buffer that it asks for");
   }
-  if (answer.number > 1) {
-    return Missing(row, Status::kError, Printf("the answer 0x%x is out of range", answer.number));
-  }
+  if (answer.number > 1) return OutOfRange(row, answer);
+  if (now.route == Route::kFirmware) return FirmwareName(row, answer);
   if (answer.number == 1 && !answer.text.empty()) return Ok(row, answer.text);
   if (answer.number == 1) return Missing(row, Status::kNoAnswer, "the name is empty");
   if (now.table.kind == TableState::Kind::kAbsent && row.gate != Gate::kController) {
     return Missing(row, Status::kUnsupported, kNoTable);
   }
-  return Missing(row, Status::kNoAnswer, NoAnswerReason(row, now.route));
+  return Missing(row, Status::kNoAnswer, NoAnswerReason(row));
 }
 
 Reading DecideInformation(const Row& row, const Answer& answer) {
@@ -79,14 +66,28 @@ Reading DecideInformation(const Row& row, const Answer& answer) {
     return Missing(row, Status::kError, "the text is not terminated");
   }
   if (answer.text.empty()) {
-    return Missing(row, Status::kNoAnswer,
-                   "the EC reports an abnormal precharge time-out or has no data ready");
+    return Missing(row, Status::kNoAnswer, "the EC reports an abnormal precharge time-out or has no data ready");
   }
-  return Ok(row, answer.text,
-            HasZeroByte(answer.text) ? "0x0 also stands for a byte that could not be read" : "");
+  return Ok(row, answer.text, HasZeroByte(answer.text) ? "0x0 also stands for a byte that could not be read" : "");
 }
 
 }  // namespace
+
+Reading Missing(const Row& row, Status status, std::string note) {
+  return {.row = &row, .status = status, .value = {}, .note = std::move(note)};
+}
+
+Reading Ok(const Row& row, Value value, std::string note) {
+  return {.row = &row, .status = Status::kOk, .value = std::move(value), .note = std::move(note)};
+}
+
+Reading OutOfRange(const Row& row, const Answer& answer) {
+  return Missing(row, Status::kError, Printf("the answer 0x%x is out of range", answer.number));
+}
+
+Reading MissingExport(const Row& row) {
+  return Missing(row, Status::kUnsupported, Printf("VexaWinIO64.dll does not export %s", row.export_name));
+}
 
 TableState TableStateFrom(const Answer& version) {
   if (version.form != Answer::Form::kNumber || version.number > LargestAnswer(Kind::kTableVersion)) return {};
@@ -96,13 +97,11 @@ TableState TableStateFrom(const Answer& version) {
 
 std::optional<Reading> DecideWithoutCall(const Row& row, const Circumstances& now) {
   if (row.gate == Gate::kLibrary) return std::nullopt;
-  if (!now.ready)
-    return Missing(row, Status::kNotCollected, "the library is not ready: InitializeWinIo answered 0");
+  if (!now.ready) return Missing(row, Status::kNotCollected, "the library is not ready: InitializeWinIo answered 0");
+  if (now.route == Route::kFirmware) return FirmwareWithoutCall(row, now.gauge_answers);
   if (row.gate == Gate::kDriver || row.gate == Gate::kController) return std::nullopt;
   if (now.table.kind == TableState::Kind::kUnreadable) {
-    return Missing(row, Status::kNoAnswer,
-                   now.route == Route::kFirmware ? NoAnswerReason(row, now.route)
-                                                 : "the version of the healthy table can't be read");
+    return Missing(row, Status::kNoAnswer, "the version of the healthy table can't be read");
   }
   if (row.gate == Gate::kGauge) return std::nullopt;
   if (now.table.kind == TableState::Kind::kAbsent) return Missing(row, Status::kUnsupported, kNoTable);
@@ -113,7 +112,8 @@ std::optional<Reading> DecideWithoutCall(const Row& row, const Circumstances& no
   return std::nullopt;
 }
 
-bool NeedsCrossCheck(const Row& row, const Answer& answer) {
+bool NeedsCrossCheck(const Row& row, const Answer& answer, Route route) {
+  if (route == Route::kFirmware) return FirmwareNeedsCrossCheck(row, answer);
   if (answer.form != Answer::Form::kNumber) return false;
   return (row.reserved == Reserved::kZero && answer.number == 0) ||
          (row.reserved == Reserved::kAllOnes && answer.number == VEXA_NOT_AVAILABLE);
@@ -130,20 +130,23 @@ CrossCheck CrossCheckFrom(const Answer& voltage, const Answer& version) {
   const TableState table = TableStateFrom(version);
   if (table.kind == TableState::Kind::kAbsent) return CrossCheck::kNoTable;
   const bool only_version = voltage.form != Answer::Form::kNumber;
-  return only_version && table.kind == TableState::Kind::kPresent ? CrossCheck::kConfirmed
-                                                                  : CrossCheck::kNoAnswer;
+  return only_version && table.kind == TableState::Kind::kPresent ? CrossCheck::kConfirmed : CrossCheck::kNoAnswer;
 }
 
 Reading Decide(const Row& row, const Answer& answer, const Circumstances& now, CrossCheck check) {
   if (answer.form == Answer::Form::kMissingExport) {
-    return Missing(row, Status::kUnsupported, Printf("VexaWinIO64.dll does not export %s", row.export_name));
+    return MissingExport(row);
   }
   switch (row.signature) {
-    case Signature::kNumber: return DecideNumber(row, answer, now, check);
+    case Signature::kNumber:
+      return now.route == Route::kFirmware && row.gate != Gate::kLibrary ? FirmwareNumber(row, answer, check)
+                                                                         : DecideNumber(row, answer, check);
     case Signature::kTextBuffer: return DecideBufferText(row, answer, now);
     case Signature::kTextByValue: return DecideInformation(row, answer);
+    case Signature::kComNumber:
+    case Signature::kComPath: break;  // settings, decided elsewhere
   }
-  return Missing(row, Status::kError, "");
+  return Missing(row, Status::kError, "not a reading of the notebook's state");
 }
 
 }  // namespace vexahealth

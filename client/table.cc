@@ -38,8 +38,7 @@ std::vector<std::string> Broken(std::string_view text) {
     const size_t end = text.find_first_of(", ");
     const std::string_view word = text.substr(0, end == std::string_view::npos ? text.size() : end + 1);
     text.remove_prefix(word.size());
-    if (!lines.back().empty() && DisplayWidth(lines.back()) + DisplayWidth(word) > kWidestValue)
-      lines.emplace_back();
+    if (!lines.back().empty() && DisplayWidth(lines.back()) + DisplayWidth(word) > kWidestValue) lines.emplace_back();
     lines.back() += word;
   }
   return lines;
@@ -61,9 +60,9 @@ struct Widths {
   size_t value = 0;
 };
 
-Widths Measure(const Report& report) {
+Widths Measure(std::span<const Reading> readings) {
   Widths widths;
-  for (const Reading& reading : report.readings) {
+  for (const Reading& reading : readings) {
     widths.name = std::max(widths.name, DisplayWidth(reading.row->label));
     for (const std::string& line : Broken(FriendlyText(reading))) {
       widths.value = std::max(widths.value, std::min(DisplayWidth(line), kWidestValue));
@@ -76,38 +75,43 @@ void AppendReading(std::string& table, const Reading& reading, const Widths& wid
   std::string name(reading.row->label);
   std::string note = NoteText(reading, told);
   for (std::string& value : Broken(FriendlyText(reading))) {
-    AppendLine(table, "  " + Padded(std::move(name), widths.name) + "  " +
-                          Padded(std::move(value), widths.value) + "  " + note);
+    AppendLine(table, "  " + Padded(std::move(name), widths.name) + "  " + Padded(std::move(value), widths.value) +
+                          "  " + note);
     name.clear();
     note.clear();
   }
 }
 
-std::string Head(const LibraryState& library) {
+}  // namespace
+
+std::string LibraryLine(const LibraryState& library) {
   std::string head = library.loaded ? "VexaWinIO64.dll" : "VexaWinIO64.dll (not loaded)";
   if (!library.path.empty())
     head = EscapeForTerminal(library.path, Backslash::kKeep) + (library.loaded ? "" : " (not loaded)");
   if (library.route == Route::kDriver) head += ", route x64";
   if (library.route == Route::kFirmware) head += ", route ARM64";
-  return head;
+  return head + "\n";
 }
 
-}  // namespace
-
-std::string TableText(const Report& report) {
+std::string SectionsText(std::span<const Reading> readings, bool told) {
   std::string table;
-  AppendLine(table, Head(report.library));
-  const Widths widths = Measure(report);
-  const bool told = !report.error.empty();  // on standard error
-  for (const Section section :
-       {Section::kLibrary, Section::kController, Section::kBattery, Section::kCharger}) {
-    AppendLine(table, "");
-    AppendLine(table, std::string(SectionTitle(section)));
-    for (const Reading& reading : report.readings) {
-      if (reading.row->section == section) AppendReading(table, reading, widths, told);
+  const Widths widths = Measure(readings);
+  for (size_t i = 0; i <= static_cast<size_t>(kLastSection); ++i) {
+    const auto section = static_cast<Section>(i);
+    bool titled = false;
+    for (const Reading& reading : readings) {
+      if (reading.row->section != section) continue;
+      if (!titled) AppendLine(table, "\n" + std::string(SectionTitle(section)));
+      titled = true;
+      AppendReading(table, reading, widths, told);
     }
   }
   return table;
+}
+
+std::string TableText(const Report& report) {
+  const bool told = !report.error.empty();  // on standard error
+  return LibraryLine(report.library) + SectionsText(report.readings, told);
 }
 
 }  // namespace vexahealth

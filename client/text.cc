@@ -17,11 +17,10 @@ struct Range {
 };
 
 // Formatting characters that show nothing by themselves: they would hide or reorder what stands around them.
-constexpr Range kInvisible[] = {{0x00AD, 0x00AD},  {0x061C, 0x061C}, {0x115F, 0x1160},   {0x17B4, 0x17B5},
-                                {0x180B, 0x180F},  {0x200B, 0x200F}, {0x2028, 0x202E},   {0x2060, 0x206F},
-                                {0x3164, 0x3164},  {0xFE00, 0xFE0F}, {0xFEFF, 0xFEFF},   {0xFFA0, 0xFFA0},
-                                {0xFFF0, 0xFFFB},  {0xFFFE, 0xFFFF}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A},
-                                {0xE0000, 0xE0FFF}};
+constexpr Range kInvisible[] = {
+    {0x00AD, 0x00AD}, {0x061C, 0x061C}, {0x115F, 0x1160},   {0x17B4, 0x17B5},   {0x180B, 0x180F},  {0x200B, 0x200F},
+    {0x2028, 0x202E}, {0x2060, 0x206F}, {0x3164, 0x3164},   {0xFE00, 0xFE0F},   {0xFEFF, 0xFEFF},  {0xFFA0, 0xFFA0},
+    {0xFFF0, 0xFFFB}, {0xFFFE, 0xFFFF}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF}};
 
 constexpr Range kCombining[] = {{0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD}, {0x0610, 0x061A},
                                 {0x064B, 0x065F}, {0x0E31, 0x0E31}, {0x0E34, 0x0E3A}, {0x0E47, 0x0E4E},
@@ -34,9 +33,8 @@ constexpr Range kWide[] = {{0x1100, 0x115E},   {0x2E80, 0x303E},   {0x3041, 0x33
                            {0x1F300, 0x1F64F}, {0x1F680, 0x1F6FF}, {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
 
 bool In(std::span<const Range> ranges, char32_t character) {
-  return std::ranges::any_of(ranges, [character](const Range& range) {
-    return character >= range.first && character <= range.last;
-  });
+  return std::ranges::any_of(
+      ranges, [character](const Range& range) { return character >= range.first && character <= range.last; });
 }
 
 size_t SequenceLength(unsigned char lead) {
@@ -58,8 +56,7 @@ char32_t TakeCharacter(std::string_view& text) {
     character = character << 6 | (next & 0x3F);
   }
   constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
-  good = good && character >= kSmallest[length] && character <= 0x10FFFF &&
-         (character < 0xD800 || character > 0xDFFF);
+  good = good && character >= kSmallest[length] && character <= 0x10FFFF && (character < 0xD800 || character > 0xDFFF);
   text.remove_prefix(good ? length : 1);
   return good ? character : kReplacement;
 }

@@ -17,7 +17,8 @@ std::string FriendlyNumber(Kind kind, int64_t value) {
     case Kind::kHex8: return Printf("0x%02x", word);
     case Kind::kTimeoutByte: return word == 0 ? "none" : Printf("0x%02x", word);
     case Kind::kDate: return Printf("0x%04x", word);
-    case Kind::kPercent: return Printf("%u %%", word);
+    case Kind::kPercent:
+    case Kind::kStoredPercent: return Printf("%u %%", word);
     case Kind::kMillivolts: return Printf("%u.%03u V", word / 1000, word % 1000);
     case Kind::kMilliamps:
       if (number == 0) return "0 mA";
@@ -33,8 +34,7 @@ std::string FriendlyNumber(Kind kind, int64_t value) {
 bool InRange(Kind kind, uint32_t answer) {
   if (IsSigned(kind)) {
     const auto milliamps = static_cast<int32_t>(answer);
-    return milliamps >= std::numeric_limits<int16_t>::min() &&
-           milliamps <= std::numeric_limits<int16_t>::max();
+    return milliamps >= std::numeric_limits<int16_t>::min() && milliamps <= std::numeric_limits<int16_t>::max();
   }
   return answer <= LargestAnswer(kind);
 }
@@ -51,14 +51,14 @@ std::optional<std::string> DateText(uint32_t packed) {
 std::string CelsiusText(int64_t deci_kelvin) {
   const int64_t hundredths = deci_kelvin * 10 - 27315;
   const int64_t tenths = (std::abs(hundredths) + 5) / 10;  // half away from zero
-  return Printf("%s%d.%d", hundredths < 0 ? "-" : "", static_cast<int>(tenths / 10),
-                static_cast<int>(tenths % 10));
+  return Printf("%s%d.%d", hundredths < 0 ? "-" : "", static_cast<int>(tenths / 10), static_cast<int>(tenths % 10));
 }
 
 Value ValueFrom(Kind kind, uint32_t answer) {
   switch (kind) {
     case Kind::kInterfaceVersion: return Printf("%u.%u", answer >> 16, answer & 0xFFFF);
-    case Kind::kFlag: return answer != 0;
+    case Kind::kFlag:
+    case Kind::kSwitch: return answer != 0;
     case Kind::kMilliamps:
     case Kind::kMilliampsRequested: return static_cast<int64_t>(static_cast<int32_t>(answer));
     case Kind::kDate:
@@ -70,8 +70,7 @@ Value ValueFrom(Kind kind, uint32_t answer) {
 }
 
 std::string NoteOn(Kind kind, uint32_t answer) {
-  if (kind == Kind::kDate && !DateText(answer))
-    return "not a day of the calendar: the packed date as it came";
+  if (kind == Kind::kDate && !DateText(answer)) return "not a day of the calendar: the packed date as it came";
   if (kind == Kind::kTableVersion && answer == 0) return "the EC has no healthy table";
   if (kind == Kind::kCapacity) return "mAh or 10 mWh: no export tells which";
   return {};
@@ -88,10 +87,14 @@ bool HasZeroByte(std::string_view byte_list) {
 }
 
 std::string FriendlyText(const Reading& reading) {
-  if (const auto* text = std::get_if<std::string>(&reading.value)) return EscapeForTerminal(*text);
-  if (const auto* flag = std::get_if<bool>(&reading.value)) return *flag ? "yes" : "no";
-  if (const auto* number = std::get_if<int64_t>(&reading.value))
-    return FriendlyNumber(reading.row->kind, *number);
+  if (const auto* text = std::get_if<std::string>(&reading.value)) {
+    return EscapeForTerminal(*text, reading.row->kind == Kind::kPath ? Backslash::kKeep : Backslash::kDouble);
+  }
+  if (const auto* flag = std::get_if<bool>(&reading.value)) {
+    if (reading.row->kind == Kind::kSwitch) return *flag ? "on" : "off";
+    return *flag ? "yes" : "no";
+  }
+  if (const auto* number = std::get_if<int64_t>(&reading.value)) return FriendlyNumber(reading.row->kind, *number);
   return "-";
 }
 

@@ -23,11 +23,22 @@ add_library(vexa_objects OBJECT
   frame/registry.cc
   frame/trace.cc
   frame/trace_exports.cc
+  wmi/application_folder.cc
+  wmi/bounded_task.cc
+  wmi/ec_route.cc
+  wmi/firmware_answer.cc
+  wmi/firmware_device.cc
+  wmi/method_invoker.cc
+  wmi/query_engine.cc
+  wmi/session.cc
+  wmi/settings.cc
+  wmi/variant_value.cc
 )
 target_include_directories(vexa_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
+target_include_directories(vexa_objects SYSTEM PRIVATE "${VEXA_HEADERS}")
 target_link_libraries(vexa_objects PRIVATE vexa_warnings)
 
-set(VEXA_SYSTEM_LIBRARIES advapi32 setupapi shlwapi)
+set(VEXA_SYSTEM_LIBRARIES advapi32 ole32 oleaut32 setupapi shlwapi wbemuuid)
 
 add_library(VexaWinIO64 SHARED VexaWinIO64.def)
 target_link_libraries(VexaWinIO64 PRIVATE vexa_objects ${VEXA_SYSTEM_LIBRARIES})

@@ -7,9 +7,16 @@
 
 namespace vexa {
 
+// A folder without the backslash that ends it when it is a drive's root.
+inline std::wstring_view WithoutTrailingBackslash(std::wstring_view folder) {
+  if (folder.ends_with(L'\\')) folder.remove_suffix(1);
+  return folder;
+}
+
 // "\SystemRoot\..." for a folder under C:\Windows\ (in any case), "\??\..." for every other one. The kernel opens
-// drivers long before drive letters mean anything to it.
+// drivers long before drive letters mean anything to it, and takes no empty name between two backslashes.
 inline std::wstring ServiceFolder(std::wstring_view module_folder) {
+  module_folder = WithoutTrailingBackslash(module_folder);
   constexpr std::wstring_view kWindows = L"c:\\windows\\";
   const auto lower = [](wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c; };
   bool under_windows = module_folder.size() >= kWindows.size();

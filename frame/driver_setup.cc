@@ -51,7 +51,9 @@ RegisteredPath CompareRegisteredPath(const std::wstring& expected_folder) {
   }
   LogInfo(L"A [%s]", registered);
   LogInfo(L"B [%s]", expected_folder.c_str());
-  const bool same = CompareStringOrdinal(registered, -1, expected_folder.c_str(), -1, TRUE) == CSTR_EQUAL;
+  const std::wstring_view folder = WithoutTrailingBackslash(registered);
+  const bool same = CompareStringOrdinal(folder.data(), static_cast<int>(folder.size()), expected_folder.c_str(), -1,
+                                         TRUE) == CSTR_EQUAL;
   return same ? RegisteredPath::kSame : RegisteredPath::kDifferent;
 }
 

@@ -43,15 +43,6 @@ std::wstring Format(const wchar_t* format, va_list arguments) {
   return text;
 }
 
-std::wstring Widen(std::string_view text) {
-  if (text.empty()) return {};
-  const int size = static_cast<int>(text.size());
-  const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, nullptr, 0);
-  std::wstring wide(length > 0 ? static_cast<size_t>(length) : 0, L'\0');
-  MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), length);
-  return wide;
-}
-
 template <typename Char>
 void WriteFormatted(TraceLevel level, const Char* format, va_list arguments) noexcept {
   if (!TraceEnabled(level)) return;
@@ -67,6 +58,24 @@ void WriteFormatted(TraceLevel level, const Char* format, va_list arguments) noe
 }
 
 }  // namespace
+
+std::wstring Widen(std::string_view text) {
+  if (text.empty()) return {};
+  const int size = static_cast<int>(text.size());
+  const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, nullptr, 0);
+  std::wstring wide(length > 0 ? static_cast<size_t>(length) : 0, L'\0');
+  MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), length);
+  return wide;
+}
+
+std::string Narrow(std::wstring_view text) {
+  if (text.empty()) return {};
+  const int size = static_cast<int>(text.size());
+  const int length = WideCharToMultiByte(CP_ACP, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+  std::string narrow(length > 0 ? static_cast<size_t>(length) : 0, '\0');
+  WideCharToMultiByte(CP_ACP, 0, text.data(), size, narrow.data(), length, nullptr, nullptr);
+  return narrow;
+}
 
 void LogInfo(const char* format, ...) noexcept {
   va_list arguments;
@@ -126,6 +135,16 @@ void DebugPrint(const wchar_t* format, ...) noexcept {
     va_end(arguments);
     if (text.size() >= kDebugCapacity) text.resize(kDebugCapacity - 1);
     OutputDebugStringW(text.c_str());
+  } catch (...) {
+    // Short of memory for a line: the line is lost, the call goes on.
+  }
+}
+
+void LogToTraceAndEventLog(const wchar_t* format, va_list arguments) noexcept {
+  try {
+    const std::wstring text = Format(format, arguments);
+    WriteTrace(TraceLevel::kVerbose, text.c_str());
+    WriteEventLog(text.c_str());
   } catch (...) {
     // Short of memory for a line: the line is lost, the call goes on.
   }

@@ -5,6 +5,8 @@
 #ifndef VEXA_FRAME_LOG_H_
 #define VEXA_FRAME_LOG_H_
 
+#include <cstdarg>
+#include <string>
 #include <string_view>
 
 #include "frame/trace.h"
@@ -17,8 +19,9 @@ namespace vexa {
 void LogInfo(const wchar_t* format, ...) noexcept;
 void LogCritical(const wchar_t* format, ...) noexcept;
 
-// A finished text, in the active code page: written as it is, whatever percent signs it holds.
+// A finished text, narrow ones in the active code page: written as it is, whatever percent signs it holds.
 void LogText(TraceLevel level, std::string_view text) noexcept;
+inline void LogText(TraceLevel level, const std::wstring& text) noexcept { WriteTrace(level, text.c_str()); }
 
 // The same for a text that costs something to build: `build()` runs only when the level is enabled.
 template <typename Build>
@@ -31,9 +34,16 @@ void LogBuilt(TraceLevel level, Build&& build) noexcept {
   }
 }
 
+// Between UTF-16 and the active code page.
+[[nodiscard]] std::wstring Widen(std::string_view text);
+[[nodiscard]] std::string Narrow(std::wstring_view text);
+
 // The debugger's output: "<VexaWinDll> " and the message, cut to 1024 characters in all, terminator included.
 [[gnu::format(printf, 1, 2)]] void DebugPrint(const char* format, ...) noexcept;
 void DebugPrint(const wchar_t* format, ...) noexcept;
+
+// A failure of the system's services: a verbose line, and the same finished text as a warning in the event log.
+void LogToTraceAndEventLog(const wchar_t* format, va_list arguments) noexcept;
 
 // One warning of source "VEXASystemAnalysis" in the system's event log. Dropped when the source can't be opened.
 void WriteEventLog(const wchar_t* message) noexcept;

@@ -15,13 +15,21 @@ std::wstring ReadRegistryText(const wchar_t* key_name, const wchar_t* value) {
   RegistryKey key;
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, key_name, 0, KEY_READ, key.put()) != ERROR_SUCCESS) return kRegistryReadError;
 
+  // Most values are short: one read, without an allocation.
   wchar_t text[kTextCapacity] = {};
   DWORD type = REG_NONE;
   DWORD size = sizeof text - sizeof(wchar_t);
   const LSTATUS status = RegQueryValueExW(key.get(), value, nullptr, &type, reinterpret_cast<BYTE*>(text), &size);
   if ((status != ERROR_SUCCESS && status != ERROR_MORE_DATA) || type != REG_SZ) return kRegistryReadError;
-  text[kTextCapacity - 1] = L'\0';
-  return text;
+  if (status == ERROR_SUCCESS) return text;
+
+  std::wstring long_text(size / sizeof(wchar_t) + 1, L'\0');
+  if (RegQueryValueExW(key.get(), value, nullptr, &type, reinterpret_cast<BYTE*>(long_text.data()), &size) !=
+          ERROR_SUCCESS ||
+      type != REG_SZ) {
+    return kRegistryReadError;
+  }
+  return long_text.c_str();
 }
 
 bool WriteRegistryText(const wchar_t* key_name, const wchar_t* value, const std::wstring& text) {

@@ -10,7 +10,7 @@ namespace vexa {
 inline constexpr wchar_t kRegistryReadError[] = L"ERROR_READREG";
 
 // The REG_SZ value, up to its first zero character; kRegistryReadError when the key or the value is missing or the
-// value has another type. A text longer than 63 characters is cut there.
+// value has another type.
 [[nodiscard]] std::wstring ReadRegistryText(const wchar_t* key, const wchar_t* value);
 
 // Stores a REG_SZ value, its length counted with the terminator; creates the key when it can't be opened.

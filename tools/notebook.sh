@@ -40,11 +40,27 @@ build_preset() {
   } >"$log" 2>&1 || { tail -n 40 "$log" >&2; die "building $preset failed; see $log"; }
 }
 
-# install_scenario FILE.json: checks a scenario and gives it to the driver.
+# install_scenario FILE.json: checks a scenario and gives it to the notebook: its driver (x64) and its firmware. The
+# scenario that is there already is left alone: what was set on that notebook stays set.
 install_scenario() {
-  mkdir -p "$WINEPREFIX/drive_c/vexa-notebook"
-  "$ROOT/build/native/notebook/scenario/vexa-scenario" build "$1" "$WINEPREFIX/drive_c/vexa-notebook/scenario.bin" >&2 ||
-    die "the scenario is refused"
+  local folder=$WINEPREFIX/drive_c/vexa-notebook
+  mkdir -p "$folder"
+  [ "$MACHINE" = arm64 ] || install_part build "$1" "$folder/scenario.bin"
+  install_part firmware "$1" "$folder/firmware.json"
+}
+
+install_part() {
+  "$ROOT/build/native/notebook/scenario/vexa-scenario" "$1" "$2" "$3.new" >&2 || die "the scenario is refused"
+  if cmp -s "$3.new" "$3"; then rm -f "$3.new"; else mv -f "$3.new" "$3"; fi
+}
+
+# Puts the simulated firmware in the place of Wine's own WMI locator, once per file.
+install_firmware() {
+  local file=$ROOT/build/$MACHINE/notebook/firmware/vexa-firmware.dll folder=$WINEPREFIX/drive_c/vexa-notebook
+  mkdir -p "$folder"
+  cmp -s "$file" "$folder/vexa-firmware.dll" && return 0
+  cp "$file" "$folder/"
+  quiet_wine regsvr32 /s 'C:\vexa-notebook\vexa-firmware.dll' || die "the simulated firmware can't be registered"
 }
 
 # Copies the files only when they differ: a running driver keeps its file.

@@ -20,8 +20,8 @@ class CollectTest : public testing::Test {
   void SetUp() override { TheScript() = HealthyScript(); }
 
   std::vector<Reading> Run(bool ready = true, bool may_wait = true) {
-    readings_ = Collect(ScriptedExports(),
-                        {.ready = ready, .may_wait = may_wait, .route = Route::kDriver, .decode = AsItIs});
+    readings_ =
+        Collect(ScriptedExports(), {.ready = ready, .may_wait = may_wait, .route = Route::kDriver, .decode = AsItIs});
     return readings_;
   }
   const Reading& At(std::string_view key) { return readings_[RowIndex(key)]; }
@@ -35,8 +35,7 @@ TEST_F(CollectTest, AHealthyNotebookAnswersEverything) {
   Run();
   for (const Reading& reading : readings_) {
     const bool fourth_cell = reading.row->key == "battery.cell_voltage_4";
-    EXPECT_EQ(reading.status, fourth_cell ? Status::kNotPresent : Status::kOk)
-        << reading.row->key << reading.note;
+    EXPECT_EQ(reading.status, fourth_cell ? Status::kNotPresent : Status::kOk) << reading.row->key << reading.note;
     EXPECT_EQ(reading.value == Value(), fourth_cell) << reading.row->key;
   }
   EXPECT_EQ(At("battery.current").value, Value(int64_t{-1234}));
@@ -124,8 +123,7 @@ TEST_F(CollectTest, NoBatteryIsToldAndTheWaitIsSpared) {
   TheScript().numbers["power.ac_present"] = 1;
   Run();
   for (const Reading& reading : readings_) {
-    EXPECT_EQ(reading.status, TellsBattery(*reading.row) ? Status::kNotPresent : Status::kOk)
-        << reading.row->key;
+    EXPECT_EQ(reading.status, TellsBattery(*reading.row) ? Status::kNotPresent : Status::kOk) << reading.row->key;
   }
   EXPECT_EQ(Calls("battery.manufacture_information"), 0);
 }
@@ -162,10 +160,9 @@ TEST_F(CollectTest, ATextThatBreaksItsBufferIsAnError) {
 }
 
 TEST_F(CollectTest, TheExitCodeNeedsNewsOfTheNotebook) {
-  Report report{
-      .library = {.path = {}, .loaded = true, .ready = true, .version = {}, .route = Route::kDriver},
-      .readings = Run(),
-      .error = {}};
+  Report report{.library = {.path = {}, .loaded = true, .ready = true, .version = {}, .route = Route::kDriver},
+                .readings = Run(),
+                .error = {}};
   EXPECT_EQ(ExitCodeFor(report), kExitOk);
   report.library.ready = false;
   EXPECT_EQ(ExitCodeFor(report), kExitNoReadings);

@@ -25,8 +25,8 @@ Report ReportOf(const Script& script) {
                       .ready = true,
                       .version = 0x00010001,
                       .route = Route::kDriver},
-          .readings = Collect(ScriptedExports(),
-                              {.ready = true, .may_wait = true, .route = Route::kDriver, .decode = AsItIs}),
+          .readings =
+              Collect(ScriptedExports(), {.ready = true, .may_wait = true, .route = Route::kDriver, .decode = AsItIs}),
           .error = {}};
 }
 
@@ -58,9 +58,8 @@ TEST(JsonReport, EveryReadingHasItsFourMembers) {
     EXPECT_EQ(members, (std::vector<std::string>{"value", "unit", "status", "source"})) << key;
     EXPECT_EQ(reading["value"].is_null(), reading["status"] != "ok") << key;
   }
-  EXPECT_EQ(
-      json["readings"]["battery.rsoc"],
-      Json::parse(R"({"value": 87, "unit": "%", "status": "ok", "source": "BatteryHealthyTable_Rsoc"})"));
+  EXPECT_EQ(json["readings"]["battery.rsoc"],
+            Json::parse(R"({"value": 87, "unit": "%", "status": "ok", "source": "BatteryHealthyTable_Rsoc"})"));
   EXPECT_EQ(json["readings"]["battery.current"]["value"], -1234);
   EXPECT_EQ(json["readings"]["battery.manufacture_date"]["value"], "2023-04-20");
   EXPECT_EQ(json["readings"]["battery.error"]["value"], false);
@@ -74,8 +73,7 @@ TEST(JsonReport, HostileTextsStayInsideTheirStrings) {
   script.texts["battery.device_name"] = "\xff\"},\x1b[2J\\ \u202e\u009b";
   const std::string text = JsonText(ReportOf(script));
   EXPECT_TRUE(std::ranges::all_of(text, [](char c) { return c == '\n' || (c >= 0x20 && c < 0x7F); })) << text;
-  EXPECT_EQ(Json::parse(text)["readings"]["battery.device_name"]["value"],
-            "\ufffd\"},\x1b[2J\\ \u202e\u009b");
+  EXPECT_EQ(Json::parse(text)["readings"]["battery.device_name"]["value"], "\ufffd\"},\x1b[2J\\ \u202e\u009b");
 }
 
 TEST(JsonReport, AFailureKeepsTheShape) {
@@ -122,13 +120,11 @@ TEST(Table, LongValuesAreBrokenAndKeepTheColumns) {
   Script script = HealthyScript();
   std::string& bytes = script.texts["battery.manufacture_information"];
   for (int i = 0; i < 32; ++i) bytes += std::string(i == 0 ? "" : ",") + "0xab";
-  for (const std::string& line : Lines(TableText(ReportOf(script))))
-    EXPECT_LE(DisplayWidth(line), 120u) << line;
+  for (const std::string& line : Lines(TableText(ReportOf(script)))) EXPECT_LE(DisplayWidth(line), 120u) << line;
   std::string joined;
   bool inside = false;
   for (const std::string& line : Lines(TableText(ReportOf(script)))) {
-    inside =
-        line.find("Manufacture information") != std::string::npos || (inside && line.starts_with("    "));
+    inside = line.find("Manufacture information") != std::string::npos || (inside && line.starts_with("    "));
     if (inside) joined += line.substr(line.find("0x"));
   }
   EXPECT_EQ(joined, bytes);

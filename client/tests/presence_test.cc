@@ -43,9 +43,8 @@ std::string CellStatuses(int64_t pack, int64_t one, int64_t two, int64_t three, 
 
 TEST(BatteryAbsent, AllOfTheEvidenceIsNeeded) {
   EXPECT_TRUE(BatteryAbsent(ReadingsWith({})));
-  for (const char* key :
-       {"battery.voltage", "battery.rsoc", "battery.full_charge_capacity", "battery.current",
-        "battery.remaining_capacity", "battery.cell_voltage_1", "battery.cell_voltage_4"}) {
+  for (const char* key : {"battery.voltage", "battery.rsoc", "battery.full_charge_capacity", "battery.current",
+                          "battery.remaining_capacity", "battery.cell_voltage_1", "battery.cell_voltage_4"}) {
     EXPECT_FALSE(BatteryAbsent(ReadingsWith({{key, 1}}))) << key;
   }
   EXPECT_TRUE(BatteryAbsent(ReadingsWith({{"battery.design_voltage", 11400}, {"power.ac_present", 1}})));
@@ -70,8 +69,7 @@ TEST(MarkBatteryAbsent, TakesTheBatteryAndLeavesTheRest) {
     EXPECT_EQ(At(readings, key).value, Value()) << key;
   }
   EXPECT_EQ(At(readings, "battery.manufacture_information").status, Status::kUnsupported);
-  for (const char* key :
-       {"power.ac_present", "lid.state", "charger.timeout_status", "ec.chip_id", "driver.version"}) {
+  for (const char* key : {"power.ac_present", "lid.state", "charger.timeout_status", "ec.chip_id", "driver.version"}) {
     EXPECT_EQ(At(readings, key).status, Status::kOk) << key;
   }
 }

@@ -48,6 +48,8 @@ AnyExport ExportFor() {
     case Signature::kNumber: return reinterpret_cast<AnyExport>(&AnswerNumber<index>);
     case Signature::kTextBuffer: return reinterpret_cast<AnyExport>(&FillText<index>);
     case Signature::kTextByValue: return reinterpret_cast<AnyExport>(&AnswerText<index>);
+    case Signature::kComNumber:
+    case Signature::kComPath: break;  // settings
   }
   return nullptr;
 }
@@ -96,6 +98,21 @@ Script HealthyScript() {
                   {"battery.manufacturer_smbus", "ACME"},
                   {"battery.device_name", "PACK 3S1P"},
                   {"battery.manufacture_information", "0x1f,0x2,0xa0"}};
+  return script;
+}
+
+Script HealthyFirmwareScript() {
+  Script script = HealthyScript();
+  for (const char* key : {"driver.version", "driver.reference_count", "battery.charging_current",
+                          "charger.timeout_status", "lid.state", "ec.chip_name"}) {
+    script.numbers[key] = 0;
+  }
+  for (const char* key : {"ec.table_version", "ec.vendor_type", "ec.chip_id", "battery.safety_status",
+                          "battery.permanent_failure_status", "battery.fully_charged"}) {
+    script.numbers[key] = VEXA_NO_ANSWER;
+  }
+  script.texts["ec.chip_name"].clear();
+  script.texts["battery.manufacture_information"].clear();
   return script;
 }
 

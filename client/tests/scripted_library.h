@@ -14,8 +14,7 @@
 namespace vexahealth {
 
 struct Script {
-  std::map<std::string_view, uint32_t>
-      numbers;  // the answer of exports that fill a buffer is 1 where not given
+  std::map<std::string_view, uint32_t> numbers;  // the answer of exports that fill a buffer is 1 where not given
   std::map<std::string_view, std::string> texts;
   std::vector<std::string_view> calls;                // keys of the rows whose exports were called
   std::function<void(std::string_view)> before_call;  // may change the script
@@ -26,6 +25,9 @@ Script& TheScript();
 
 // Every answer of a healthy notebook with a three-cell pack.
 Script HealthyScript();
+
+// The same notebook as an ARM64 machine answers it: constants where the firmware has no such value.
+Script HealthyFirmwareScript();
 
 RowExports ScriptedExports();
 

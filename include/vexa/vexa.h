@@ -4,7 +4,9 @@
 
 #include "base.h"
 #include "battery.h"
+#include "firmware_ec.h"
 #include "lifecycle.h"
+#include "settings.h"
 #include "trace.h"
 
 #endif /* VEXA_VEXA_H_ */

@@ -73,7 +73,9 @@ class DocumentBuilder {
     return Put(
         {.kind = JsonValue::Kind::kInteger, .negative = negative, .magnitude = negative ? 0 - bits : bits});
   }
-  bool number_float(number_float_t, const string_t&) { return Put({.kind = JsonValue::Kind::kFraction}); }
+  bool number_float(number_float_t value, const string_t&) {
+    return Put({.kind = JsonValue::Kind::kFraction, .real = value});
+  }
   bool string(string_t& value) { return Put({.kind = JsonValue::Kind::kText, .text = std::move(value)}); }
   bool binary(binary_t&) { return false; }
 

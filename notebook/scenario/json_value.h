@@ -21,6 +21,7 @@ struct JsonValue {
   bool boolean = false;
   bool negative = false;           // kInteger: the sign of `magnitude`
   uint64_t magnitude = 0;          // kInteger
+  double real = 0;                 // kFraction
   std::string text{};              // kText
   std::vector<JsonValue> items{};  // kArray, and the members of kObject in the order of the file
   std::string key{};               // of a member

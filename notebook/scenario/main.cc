@@ -1,4 +1,4 @@
-// vexa-scenario: checks a scenario and turns it into the image that the driver reads.
+// vexa-scenario: checks a scenario and turns it into what the driver and the firmware read.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,7 +19,8 @@ namespace {
 
 constexpr char kUsage[] =
     "usage: vexa-scenario check FILE.json\n"
-    "       vexa-scenario build FILE.json OUT.bin\n";
+    "       vexa-scenario build FILE.json OUT.bin       for the driver\n"
+    "       vexa-scenario firmware FILE.json OUT.json   for the firmware\n";
 
 int Report(const std::string& file, std::string_view what) {
   std::fprintf(stderr, "%s: %.*s\n", file.c_str(), static_cast<int>(what.size()), what.data());
@@ -40,8 +41,8 @@ std::optional<std::string> ReadFile(const std::string& path) {
   return text;
 }
 
-// Writes beside the target and renames, so that the driver never sees half an image.
-bool WriteFile(const std::string& path, const std::vector<uint8_t>& bytes) {
+// Writes beside the target and renames, so that nobody ever sees half a file.
+bool WriteFile(const std::string& path, std::string_view bytes) {
   std::string temporary = path + ".XXXXXX";
   const int descriptor = mkstemp(temporary.data());
   if (descriptor < 0) return false;
@@ -60,13 +61,20 @@ bool WriteFile(const std::string& path, const std::vector<uint8_t>& bytes) {
   return false;
 }
 
+std::string Compile(std::string_view text, bool firmware, scenario::Faults& faults) {
+  if (firmware) return scenario::FirmwareScenario(text, faults);
+  const std::vector<uint8_t> image = scenario::CompileScenario(text, faults);
+  return {image.begin(), image.end()};
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   const bool check = arguments.size() == 2 && arguments[0] == "check";
   const bool build = arguments.size() == 3 && arguments[0] == "build";
-  if (!check && !build) {
+  const bool firmware = arguments.size() == 3 && arguments[0] == "firmware";
+  if (!check && !build && !firmware) {
     std::fputs(kUsage, stderr);
     return 2;
   }
@@ -74,12 +82,12 @@ int main(int argc, char** argv) {
   const std::optional<std::string> text = ReadFile(file);
   if (!text) return Report(file, std::string("cannot be read: ") + std::strerror(errno));
   scenario::Faults faults;
-  const std::vector<uint8_t> image = scenario::CompileScenario(*text, faults);
+  const std::string output = Compile(*text, firmware, faults);
   for (const scenario::Fault& fault : faults.List()) {
     std::fprintf(stderr, "%s:%d: %s\n", file.c_str(), fault.line, fault.message.c_str());
   }
   if (!faults.Empty()) return EXIT_FAILURE;
-  if (build && !WriteFile(arguments[2], image)) {
+  if (!check && !WriteFile(arguments[2], output)) {
     return Report(arguments[2], std::string("cannot be written: ") + std::strerror(errno));
   }
   return EXIT_SUCCESS;

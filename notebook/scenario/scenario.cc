@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "firmware/section.h"
 #include "object_reader.h"
 #include "sections.h"
 #include "texts.h"
@@ -17,7 +18,7 @@ struct Section {
 
 constexpr Section kSections[] = {
     {"driver", ReadDriverSection}, {"ec", ReadEcSection},       {"processor", ReadProcessorSection},
-    {"acpi", ReadAcpiSection},     {"rules", ReadRulesSection},
+    {"acpi", ReadAcpiSection},     {"rules", ReadRulesSection}, {"firmware", CheckFirmwareSection},
 };
 
 void ReadDocument(const JsonValue& document, ImageBuilder& image, Faults& faults) {
@@ -34,6 +35,17 @@ void ReadDocument(const JsonValue& document, ImageBuilder& image, Faults& faults
   }
 }
 
+// The document when it has no fault.
+std::optional<JsonValue> ReadScenario(std::string_view text, ImageBuilder& image, Faults& faults) {
+  if (text.size() > kMaxScenarioSize) {
+    faults.Add(1, Concat("the file is larger than ", kMaxScenarioSize, " bytes"));
+    return std::nullopt;
+  }
+  std::optional<JsonValue> document = ParseJson(text, faults);
+  if (document) ReadDocument(*document, image, faults);
+  return faults.Empty() ? std::move(document) : std::nullopt;
+}
+
 }  // namespace
 
 void ReadDriverSection(const JsonValue& value, ImageBuilder& image, Faults& faults) {
@@ -47,19 +59,22 @@ void ReadDriverSection(const JsonValue& value, ImageBuilder& image, Faults& faul
   image.header.start_status = static_cast<uint32_t>(row.Number("fail", kFailureRange, 0));
 }
 
+void CheckFirmwareSection(const JsonValue& value, ImageBuilder&, Faults& faults) {
+  firmware::ReadFirmwareSection(value, faults);
+}
+
 std::vector<uint8_t> CompileScenario(std::string_view text, Faults& faults) {
-  if (text.size() > kMaxScenarioSize) {
-    faults.Add(1, Concat("the file is larger than ", kMaxScenarioSize, " bytes"));
-    return {};
-  }
-  const std::optional<JsonValue> document = ParseJson(text, faults);
-  if (!document) return {};
   ImageBuilder image;
-  ReadDocument(*document, image, faults);
-  if (!faults.Empty()) return {};
+  if (!ReadScenario(text, image, faults)) return {};
   std::vector<uint8_t> bytes = image.Build();
   if (bytes.empty()) faults.Add(1, Concat("the image would exceed ", IMAGE_MAX_SIZE, " bytes"));
   return bytes;
+}
+
+std::string FirmwareScenario(std::string_view text, Faults& faults) {
+  ImageBuilder image;
+  const std::optional<JsonValue> document = ReadScenario(text, image, faults);
+  return document ? firmware::FirmwareOnly(*document) : "";
 }
 
 }  // namespace scenario

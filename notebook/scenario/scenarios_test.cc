@@ -3,6 +3,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "firmware/methods.h"
+#include "firmware/section.h"
 #include "test_notebook.h"
 
 namespace scenario {
@@ -51,8 +53,7 @@ TEST_P(Battery, NumbersFitTogether) {
   EXPECT_LT(celsius, 60);
   const int date = notebook.Word(1, 0x54);
   const int month = date / 32 % 16;
-  EXPECT_TRUE(month >= 1 && month <= 12 && date % 32 >= 1 && 1980 + date / 512 > 2015 &&
-              1980 + date / 512 < 2030);
+  EXPECT_TRUE(month >= 1 && month <= 12 && date % 32 >= 1 && 1980 + date / 512 > 2015 && 1980 + date / 512 < 2030);
   const bool on_ac = notebook.Register(1, 0x00).byte & 1;
   const bool discharging = notebook.Word(1, 0x50) & 0x40;
   const bool negative = notebook.Word(1, 0x38) & 0x8000;
@@ -60,14 +61,37 @@ TEST_P(Battery, NumbersFitTogether) {
   EXPECT_EQ(discharging, negative);
 }
 
-INSTANTIATE_TEST_SUITE_P(Shipped, Battery,
-                         testing::Values("healthy-x64.json", "worn-battery.json", "old-table.json"),
+INSTANTIATE_TEST_SUITE_P(Shipped, Battery, testing::Values("healthy-x64.json", "worn-battery.json", "old-table.json"),
                          [](const auto& info) {
                            std::string name = info.param;
-                           std::replace_if(
-                               name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
+                           std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
                            return name;
                          });
+
+// The firmware's route gives the same battery as the driver's.
+TEST(Shipped, BothHealthyNotebooksHaveOneBattery) {
+  TestNotebook x64 = Shipped("healthy-x64.json");
+  Faults faults;
+  const std::string text = ReadWhole(std::filesystem::path(SCENARIO_FOLDER) / "healthy-arm64.json");
+  const std::optional<firmware::Model> arm64 = firmware::ReadFirmwareScenario(text, faults);
+  ASSERT_TRUE(arm64 && arm64->ec);
+  firmware::State state;
+  const auto read = [&](std::string_view method, uint64_t first, uint64_t second) {
+    return firmware::ExecuteMethod(*arm64, state, firmware::kEcClass, method, {{"", first}, {"", second}});
+  };
+  constexpr std::pair<int, uint8_t> kGaugeAndOffset[] = {
+      {0x08, 0x34}, {0x09, 0x36}, {0x0A, 0x38}, {0x0D, 0x30}, {0x0F, 0x40}, {0x10, 0x42}, {0x15, 0x3E}, {0x17, 0x2E},
+      {0x19, 0x2C}, {0x1B, 0x54}, {0x1C, 0x28}, {0x3C, 0x4E}, {0x3D, 0x4C}, {0x3E, 0x4A}, {0x3F, 0x48}, {0x99, 0x58},
+  };
+  for (const auto& [gauge, offset] : kGaugeAndOffset) {
+    EXPECT_EQ(read("battery_read_command_byte", gauge, 2), x64.Word(1, offset)) << gauge;
+  }
+  for (uint8_t i = 0; i < 11; ++i) {
+    EXPECT_EQ(read("battery_read_command_by_index", 0x20, i + 1), x64.Register(1, 0x10 + i).byte) << int{i};
+  }
+  x64.Set(2, 0x32, 0);
+  EXPECT_EQ(read("ec_read_command_byte", 9, 1) * 256 + read("ec_read_command_byte", 8, 1), x64.Word(2, 0x33));
+}
 
 TEST(Shipped, TheSilentEcNeverAnswers) {
   TestNotebook notebook = Shipped("silent-ec.json");

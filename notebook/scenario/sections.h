@@ -14,6 +14,9 @@ void ReadProcessorSection(const JsonValue& value, ImageBuilder& image, Faults& f
 void ReadAcpiSection(const JsonValue& value, ImageBuilder& image, Faults& faults);
 void ReadRulesSection(const JsonValue& value, ImageBuilder& image, Faults& faults);
 
+// Only looks for faults: the firmware reads its section itself.
+void CheckFirmwareSection(const JsonValue& value, ImageBuilder& image, Faults& faults);
+
 // Part of the "ec" section: one entry of "groups".
 void ReadGroup(const JsonValue& value, ImageBuilder& image, Faults& faults);
 

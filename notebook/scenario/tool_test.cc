@@ -1,5 +1,5 @@
 // vexa-scenario as a user runs it.
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -52,6 +52,21 @@ TEST_F(Tool, BuildsAnImage) {
   EXPECT_EQ(Run("check good.json"), 0);
 }
 
+TEST_F(Tool, WritesTheFirmwaresPart) {
+  Write("good.json", R"({ "driver": { "version": 1 }, "firmware": { "log": false } })");
+  EXPECT_EQ(Run("firmware good.json out.json"), 0);
+  EXPECT_EQ(messages_, "");
+  const std::string good = Read("out.json");
+  EXPECT_EQ(good, "{\n \"firmware\": {\n  \"log\": false\n }\n}\n");
+  Write("bad.json", "{ \"driver\": { \"version\": -1 },\n\"firmware\": { \"logs\": false } }");
+  for (const char* arguments : {"check bad.json", "build bad.json out.json", "firmware bad.json out.json"}) {
+    EXPECT_EQ(Run(arguments), 1);
+    EXPECT_THAT(messages_, testing::HasSubstr("bad.json:1: \"version\" must be"));
+    EXPECT_THAT(messages_, testing::HasSubstr("bad.json:2: unknown key \"logs\" in \"firmware\""));
+  }
+  EXPECT_EQ(Read("out.json"), good);
+}
+
 TEST_F(Tool, AFaultyScenarioLeavesTheOldImage) {
   Write("bad.json", "{\n\"driver\": { \"version\": -1 },\n\"x\": 1\n}");
   Write("out.bin", "old");
@@ -79,7 +94,7 @@ TEST_F(Tool, FilesThatCannotBeUsed) {
 }
 
 TEST_F(Tool, WrongUse) {
-  for (const char* arguments : {"", "check", "build a", "check a b", "make a b"}) {
+  for (const char* arguments : {"", "check", "build a", "firmware a", "check a b", "make a b"}) {
     EXPECT_EQ(Run(arguments), 2);
     EXPECT_EQ(messages_.substr(0, 6), "usage:");
   }

@@ -24,7 +24,7 @@ TEST(ServiceFolder, WindowsFolderInAnyCaseAndNothingElse) {
   EXPECT_EQ(ServiceFolder(L"D:\\Tools"), L"\\??\\D:\\Tools");
   EXPECT_EQ(ServiceFolder(L"C:\\Windows2\\x"), L"\\??\\C:\\Windows2\\x");
   // Shorter than the prefix: not under it, whatever its characters are.
-  EXPECT_EQ(ServiceFolder(L"C:\\"), L"\\??\\C:\\");
+  EXPECT_EQ(ServiceFolder(L"C:\\"), L"\\??\\C:");
   EXPECT_EQ(ServiceFolder(L"C:\\Windows"), L"\\??\\C:\\Windows");
   EXPECT_EQ(ServiceFolder(L""), L"\\??\\");
 }

@@ -54,10 +54,25 @@ if [ "$machine" = x64 ]; then
   check "healthy again" run 0 --json
   check "usage error" run 2 --no-such-option
 else
-  # No route to the gauge on this machine yet: nothing about the notebook is readable, and the client says so.
-  check "json" run 1 --json
-  check "json tells the machine" json 1 library.route=ARM64 battery.rsoc=no_answer
+  check "battery table" run 0
+  check "battery table shows the charge" grep -q -E 'State of charge +84 %' "$work/out"
+  check "json" run 0 --json
+  check "json has at least 15 readings" json 15 library.route=ARM64 battery.rsoc=84 battery.temperature=3033 \
+    battery.fully_charged=unsupported ec.table_version=unsupported
 fi
+
+# The firmware's own state, as a person would look at it.
+firmware_level() {
+  grep -A 1 '"control"' "$ROOT/build/prefix-$machine/drive_c/vexa-notebook/firmware-state.json" |
+    grep -B 1 '"device": 1179735' | grep -q "\"control\": $1,"
+}
+check "charge limit is accepted" run 0 settings set charge-limit 80
+check "the firmware keeps the charge limit" firmware_level 80
+check "dry run changes nothing" run 0 settings set charge-limit 60 --dry-run
+check "the firmware keeps the charge limit still" firmware_level 80
+check "a charge limit outside the set is refused" run 2 settings set charge-limit 70
+check "quiet fan is switched" run 0 settings set quiet-fan on
+check "settings are shown" run 0 settings
 
 echo "$passed passed, $failed failed"
 [ "$failed" = 0 ]

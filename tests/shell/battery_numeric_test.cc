@@ -134,15 +134,6 @@ TEST_P(BatteryNumeric, EachExchangeFailingInTurn) {
   }
 }
 
-TEST_P(BatteryNumeric, FirmwareRouteHasNoAnswerAndNoTraffic) {
-  ArchValue::Set(L"ARM64");
-  TraceRecorder::Get().TakeLines();
-  EXPECT_EQ(GetParam().call(), kNoAnswer);
-  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre());
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(),
-              ElementsAre(std::string("5 [BatteryHealthyTable_") + GetParam().name + "] ARM64: using WMImethods."));
-}
-
 INSTANTIATE_TEST_SUITE_P(Members, BatteryNumeric, testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.name); });
 

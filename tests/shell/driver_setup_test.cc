@@ -81,7 +81,7 @@ TEST_F(DriverSetupTest, ServicePathFollowsTheLibrarysFolder) {
       {L"D:\\Windows\\System32\\v.dll", L"\\??\\D:\\Windows\\System32\\VexaSAIO.sys",
        "D:\\Windows\\System32\\VexaSAIO.sys"},
       {L"C:\\Win\\v.dll", L"\\??\\C:\\Win\\VexaSAIO.sys", "C:\\Win\\VexaSAIO.sys"},
-      {L"C:\\v.dll", L"\\??\\C:\\\\VexaSAIO.sys", "C:\\\\VexaSAIO.sys"},
+      {L"C:\\v.dll", L"\\??\\C:\\VexaSAIO.sys", "C:\\\\VexaSAIO.sys"},
   };
   for (const auto& one : cases) {
     service = {.exists = false};

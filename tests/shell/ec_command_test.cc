@@ -111,6 +111,7 @@ TEST_F(EcCommand, OneRequestAndNoAllocationWhileNobodyTraces) {
   TraceRecorder::Get().Disable();
   const ImportPatch device("DeviceIoControl", CountRequest);
   const uint8_t data[] = {1, 0x30, 0};
+  g_requests = 0;
   const size_t before = AllocationCount();
   RwEcCmd(3, 0xDD, data, 1, &status_);
   EXPECT_EQ(AllocationCount(), before);

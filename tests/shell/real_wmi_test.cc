@@ -1,0 +1,89 @@
+// The query engine on the WMI of the system that the tests run on, nothing replaced.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+
+#include "frame/log.h"
+#include "tests/support/trace_recorder.h"
+#include "wmi/query_engine.h"
+
+namespace vexa::test {
+namespace {
+
+constexpr wchar_t kCim[] = L"ROOT\\CIMV2";
+constexpr uint32_t kWithCom = 1;
+
+std::wstring Texts(const wchar_t* query, const wchar_t* property) {
+  std::wstring text = L"(untouched)";
+  ReadWMIPropStr(text, kCim, query, property, kWithCom);
+  return text;
+}
+
+uint32_t Number(const wchar_t* query, const wchar_t* property) {
+  uint32_t value = 0;
+  EXPECT_EQ(ReadWMIProp(kCim, query, property, value, kWithCom), 0) << Narrow(query);
+  return value;
+}
+
+TEST(RealWmi, TextsOfClassesThatEverySystemHas) {
+  const struct {
+    const wchar_t* query;
+    const wchar_t* property;
+  } texts[] = {
+      {L"select * from Win32_Processor", L"Name"},
+      {L"select * from Win32_Processor", L"Manufacturer"},
+      {L"select * from Win32_OperatingSystem", L"Caption"},
+      {L"select * from Win32_OperatingSystem", L"Version"},
+      {L"select * from Win32_OperatingSystem", L"OSArchitecture"},
+      {L"select * from win32_ComputerSystem", L"UserName"},
+      {L"select * from Win32_ComputerSystem", L"Name"},
+      {L"select * from Win32_Bios", L"Name"},
+      {L"select * from Win32_BIOS", L"Manufacturer"},
+      {L"select * from Win32_BaseBoard", L"Manufacturer"},
+      {L"select * from Win32_ComputerSystemProduct", L"UUID"},
+      {L"select * from Win32_VideoController", L"Name"},
+      {L"select * from Win32_LogicalDisk where DeviceID = 'C:'", L"DeviceID"},
+      {L"select * from Win32_Process", L"Name"},
+  };
+  for (const auto& one : texts) {
+    const std::wstring text = Texts(one.query, one.property);
+    EXPECT_FALSE(text.empty() || text == L"(untouched)") << Narrow(one.query) << " " << Narrow(one.property);
+  }
+  EXPECT_EQ(Texts(L"select * from Win32_LogicalDisk where DeviceID = 'C:'", L"DeviceID"), L"C:");
+  EXPECT_THAT(Narrow(Texts(L"select * from Win32_Process", L"Name")), testing::HasSubstr("shell_test.exe"));
+}
+
+TEST(RealWmi, NumbersAgreeWithTheSystemsOwn) {
+  SYSTEM_INFO system;
+  GetNativeSystemInfo(&system);
+  EXPECT_EQ(Number(L"select * from Win32_Processor", L"Architecture"), system.wProcessorArchitecture);
+  EXPECT_EQ(Number(L"select * from Win32_Processor", L"NumberOfLogicalProcessors"), system.dwNumberOfProcessors);
+  EXPECT_EQ(Number(L"select * from Win32_OperatingSystem", L"OSLanguage"), GetSystemDefaultLangID());
+  const std::wstring own = L"select * from Win32_Process where ProcessId = " + std::to_wstring(GetCurrentProcessId());
+  EXPECT_EQ(ReadWMIEnumNum(kCim, own.c_str(), kWithCom), 1u);
+  EXPECT_GE(ReadWMIEnumNum(kCim, L"select * from Win32_Process", kWithCom), 2u);
+}
+
+TEST(RealWmi, QueriesWithoutAnAnswer) {
+  uint32_t value = 5;
+  EXPECT_EQ(ReadWMIProp(kCim, L"select * from Win32_Processor", L"NoSuchProperty", value, kWithCom), -1);
+  EXPECT_EQ(value, 0u);
+  EXPECT_EQ(Texts(L"select * from Win32_Processor", L"NoSuchProperty"), L"");
+  EXPECT_EQ(Texts(L"select * from Win32_Process where ProcessId = 1", L"Name"), L"");
+  EXPECT_EQ(Texts(L"this is no query", L"Name"), L"");
+  EXPECT_EQ(ReadWMIEnumNum(L"ROOT\\NoSuchNamespace", L"select * from Win32_Processor", kWithCom), 0u);
+  // This thread has no COM: without the flag the locator can't be created.
+  TraceRecorder::Get().Enable(0);
+  TraceRecorder::Get().TakeEvents();
+  std::wstring text;
+  ReadWMIPropStr(text, kCim, L"select * from Win32_Processor", L"Name", 0);
+  EXPECT_EQ(text, L"");
+  EXPECT_THAT(
+      TraceRecorder::Get().TakeLines(),
+      testing::ElementsAre("5 [ReadWMIPropStr] Step2 Failed to create IWbemLocator object. Errorcode=0x800401f0"));
+}
+
+}  // namespace
+}  // namespace vexa::test

@@ -1,0 +1,350 @@
+// Charge limit, quiet fan and application folder: what travels to the firmware, what is remembered where, every line.
+#include "vexa/settings.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <setupapi.h>
+#include <wbemidl.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "tests/support/import_patch.h"
+#include "tests/support/wmi_test.h"
+#include "wmi/firmware_device.h"
+
+namespace vexa::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr wchar_t kAnalysisKey[] = L"SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis";
+constexpr wchar_t kHotkeysKey[] =
+    L"SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaOptimization\\Vexa Keyboard Hotkeys";
+constexpr wchar_t kUser[] = L"VEXA\\%s user";
+constexpr wchar_t kUserQuery[] = L"select * from win32_ComputerSystem";
+
+// ---- ACPI devices ----
+
+const HDEVINFO kDevices = reinterpret_cast<HDEVINFO>(uintptr_t{0xDE71});
+
+struct Devices {
+  bool listed = true;
+  std::vector<std::wstring> ids;  // hardware-id lists, zeros between the entries
+  int open = 0;
+} g_devices;
+
+HDEVINFO WINAPI GetClassDevs(const GUID* id, PCWSTR enumerator, HWND, DWORD flags) {
+  EXPECT_EQ(id, nullptr);
+  EXPECT_STREQ(enumerator, L"ACPI");
+  EXPECT_EQ(flags, DWORD{DIGCF_PRESENT | DIGCF_ALLCLASSES});
+  if (!g_devices.listed) return INVALID_HANDLE_VALUE;
+  ++g_devices.open;
+  return kDevices;
+}
+BOOL WINAPI EnumDevice(HDEVINFO, DWORD index, PSP_DEVINFO_DATA device) {
+  device->DevInst = index;
+  return index < g_devices.ids.size();
+}
+BOOL WINAPI GetProperty(HDEVINFO, PSP_DEVINFO_DATA device, DWORD property, PDWORD, PBYTE buffer, DWORD size,
+                        PDWORD needed) {
+  EXPECT_EQ(property, DWORD{SPDRP_HARDWAREID});
+  EXPECT_EQ(size, 8192u);
+  const std::wstring& ids = g_devices.ids[device->DevInst];
+  *needed = static_cast<DWORD>(ids.size() * sizeof(wchar_t));
+  if (*needed > size) return FALSE;
+  std::memcpy(buffer, ids.data(), *needed);
+  return TRUE;
+}
+BOOL WINAPI DestroyList(HDEVINFO) {
+  --g_devices.open;
+  return TRUE;
+}
+
+class Settings : public WmiTest {
+ protected:
+  Settings() {
+    g_devices = {};
+    wmi.rows[kUserQuery] = {{{L"UserName", Text(kUser)}}};
+    wmi.firmware = [this](const std::wstring& method, const FakeWmi::Parameters& in) {
+      sent_.push_back(Describe(method, in));
+      return WmiProperties{{method == L"DSTS" ? L"device_status" : L"result", Number(VT_I4, answer_)}};
+    };
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    folder_ = std::wstring(temp) + L"vexa-settings-test";
+    CreateDirectoryW(folder_.c_str(), nullptr);
+  }
+  ~Settings() override {
+    for (const wchar_t* name : {L"\\BatteryHealthSetting.txt", L"\\QuietFanSetting.txt"}) {
+      DeleteFileW((folder_ + name).c_str());
+    }
+    RemoveDirectoryW(folder_.c_str());
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kAnalysisKey, kUser);
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kHotkeysKey, L"ChargingRate");
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kHotkeysKey, L"QuietFan");
+    EXPECT_EQ(g_devices.open, 0);
+  }
+
+  static std::string Describe(const std::wstring& method, const FakeWmi::Parameters& in) {
+    std::wstring text = method;
+    for (const auto& [name, value] : in) text += L" " + name + L"=" + value;
+    return {text.begin(), text.end()};
+  }
+  static void Store(const wchar_t* key_name, const wchar_t* value, const std::wstring& text) {
+    HKEY key = nullptr;
+    RegCreateKeyExW(HKEY_LOCAL_MACHINE, key_name, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
+    RegSetValueExW(key, value, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                   static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+    RegCloseKey(key);
+  }
+  void UseFolder() { Store(kAnalysisKey, kUser, folder_); }
+  void WriteFile(const wchar_t* name, const std::string& text) const {
+    const HANDLE file = CreateFileW((folder_ + name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    ::WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    CloseHandle(file);
+  }
+  std::string ReadFile(const wchar_t* name) const {
+    const HANDLE file = CreateFileW((folder_ + name).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return "(none)";
+    char text[64];
+    DWORD size = 0;
+    ::ReadFile(file, text, sizeof text, &size, nullptr);
+    CloseHandle(file);
+    return {text, size};
+  }
+  // The lines of the settings, without those of WMI.
+  std::vector<std::string> SettingLines() {
+    std::vector<std::string> lines = Lines();
+    std::erase_if(lines, [](const std::string& line) {
+      return line.find("[wmiMethod]") != std::string::npos || line.find("[ReadWMIPropStr]") != std::string::npos;
+    });
+    return lines;
+  }
+  std::string Folder() const { return {folder_.begin(), folder_.end()}; }
+
+  std::wstring folder_;
+  std::vector<std::string> sent_;
+  int32_t answer_ = 1;
+  ImportPatch devs_{"SetupDiGetClassDevsW", GetClassDevs};
+  ImportPatch enum_{"SetupDiEnumDeviceInfo", EnumDevice};
+  ImportPatch property_{"SetupDiGetDeviceRegistryPropertyW", GetProperty};
+  ImportPatch destroy_{"SetupDiDestroyDeviceInfoList", DestroyList};
+};
+
+const std::wstring kHotkeyDevice(L"ACPI\\VEN_VEXA\0ACPI\\VEXA2018\0\0", 29);
+
+TEST_F(Settings, DevicePresence) {
+  EXPECT_FALSE(IsObxWmiDevicePresent());
+  g_devices.ids = {std::wstring(L"ACPI\\PNP0C0A\0\0", 14), kHotkeyDevice};
+  EXPECT_TRUE(IsObxWmiDevicePresent());
+  // Whole entries only; a list without its end is read to the buffer's end.
+  g_devices.ids = {std::wstring(L"ACPI\\VEXA20181\0XACPI\\VEXA2018\0ACPI\\VEXA201\0\0", 46)};
+  EXPECT_FALSE(IsObxWmiDevicePresent());
+  g_devices.ids = {std::wstring(4096, L'A'), std::wstring(5000, L'B'), L"ACPI\\VEXA2018"};
+  EXPECT_TRUE(IsObxWmiDevicePresent());
+  g_devices.listed = false;
+  EXPECT_FALSE(IsObxWmiDevicePresent());
+}
+
+TEST_F(Settings, ChargeLimitSupport) {
+  const struct {
+    int32_t answer;
+    uint32_t supported;
+  } cases[] = {{65536, 1}, {65537, 0}, {0, 0}, {-1, 0}};
+  for (const auto& test : cases) {
+    answer_ = test.answer;
+    EXPECT_EQ(WMICheckBatteryHealthSupport(1), test.supported);
+    EXPECT_THAT(SettingLines(),
+                ElementsAre("5 [WMICheckBatteryHealthSupport] output is " + std::to_string(test.answer),
+                            test.supported ? "5 [WMICheckBatteryHealthSupport] Support Battery Health"
+                                           : "5 [WMICheckBatteryHealthSupport] Not Support Battery Health"));
+  }
+  EXPECT_THAT(sent_, testing::Each("DSTS Device_ID=1179735"));
+  wmi.script.Fail("ExecMethod", WBEM_E_FAILED);
+  EXPECT_EQ(WMICheckBatteryHealthSupport(1), 0u);
+  EXPECT_THAT(SettingLines(), Contains("5 [WMICheckBatteryHealthSupport] output is "));
+}
+
+TEST_F(Settings, ChargeLimitIsSentUncheckedAndOnlyOneAccepts) {
+  wmi.firmware = [this](const std::wstring& method, const FakeWmi::Parameters& in) {
+    sent_.push_back(Describe(method, in));
+    return method == L"DSTS" ? WmiProperties{{L"device_status", Number(VT_I4, 65536)}}
+                             : WmiProperties{{L"result", Number(VT_I4, answer_)}};
+  };
+  EXPECT_EQ(WMISetBatteryHealth(80, 1), 1u);
+  EXPECT_THAT(sent_, ElementsAre("DSTS Device_ID=1179735", "DEVS Control_status=80 Device_ID=1179735"));
+  EXPECT_THAT(SettingLines(), testing::IsSupersetOf({"5 [WMISetBatteryHealth] output is 1",
+                                                     "5 [WMISetBatteryHealth] set battery health 80 success."}));
+  sent_.clear();
+  EXPECT_EQ(WMISetBatteryHealth(-7, 1), 1u);
+  EXPECT_THAT(sent_, Contains("DEVS Control_status=-7 Device_ID=1179735"));
+  for (const int32_t answer : {0, 2, -1}) {
+    answer_ = answer;
+    EXPECT_EQ(WMISetBatteryHealth(80, 1), 0u);
+  }
+  EXPECT_THAT(ReadFile(L"\\BatteryHealthSetting.txt"), "(none)");
+}
+
+TEST_F(Settings, UnsupportedChargeLimitIsNotSent) {
+  answer_ = 65537;
+  EXPECT_EQ(WMISetBatteryHealth(80, 1), 0u);
+  EXPECT_THAT(sent_, ElementsAre("DSTS Device_ID=1179735"));
+}
+
+TEST_F(Settings, ChargeLimitOfTheHotkeyUtility) {
+  g_devices.ids = {kHotkeyDevice};
+  EXPECT_EQ(WMIGetBatteryHealth(1), 100u);
+  const struct {
+    const wchar_t* text;
+    uint32_t limit;
+  } cases[] = {{L"100", 100}, {L"80", 80}, {L"60", 60}, {L"70", 100}, {L"", 100}, {L"080", 100}, {L"80 ", 100}};
+  for (const auto& test : cases) {
+    Store(kHotkeysKey, L"ChargingRate", test.text);
+    EXPECT_EQ(WMIGetBatteryHealth(1), test.limit);
+  }
+  EXPECT_THAT(wmi.TakeCalls(), IsEmpty());
+}
+
+TEST_F(Settings, ChargeLimitFile) {
+  EXPECT_EQ(WMISetBatteryHealthToUser(80, 1), 0u);
+  EXPECT_THAT(SettingLines(), ElementsAre("5 [WMISetBatteryHealthToUser] fail to set 80 to file"));
+  EXPECT_EQ(WMIGetBatteryHealth(1), 100u);
+  UseFolder();
+  SettingLines();
+  EXPECT_EQ(WMISetBatteryHealthToUser(80, 1), 1u);
+  const std::string file = Folder() + "\\BatteryHealthSetting.txt";
+  EXPECT_THAT(SettingLines(), ElementsAre("5 [WMISetBatteryHealthToUser] fname is " + file,
+                                          "5 [WMISetBatteryHealthToUser] set 80 to " + file));
+  EXPECT_EQ(ReadFile(L"\\BatteryHealthSetting.txt"), "80");
+  EXPECT_EQ(WMIGetBatteryHealth(1), 80u);
+  EXPECT_THAT(SettingLines(),
+              ElementsAre("5 [WMIGetBatteryHealth] fname is " + file, "5 [WMIGetBatteryHealth] BatteryHealth is 80"));
+  // A shorter number leaves nothing of a longer one behind.
+  EXPECT_EQ(WMISetBatteryHealthToUser(100, 1), 1u);
+  EXPECT_EQ(WMISetBatteryHealthToUser(60, 1), 1u);
+  EXPECT_EQ(WMIGetBatteryHealth(1), 60u);
+  const struct {
+    const char* text;
+    uint32_t limit;
+  } files[] = {{"", 100}, {"none", 100}, {" 80\r\n60", 80}, {"99999999999", 100}};
+  for (const auto& test : files) {
+    WriteFile(L"\\BatteryHealthSetting.txt", test.text);
+    EXPECT_EQ(WMIGetBatteryHealth(1), test.limit) << test.text;
+  }
+}
+
+TEST_F(Settings, QuietFanSupport) {
+  const struct {
+    int32_t answer;
+    uint32_t state;
+    const char* line;
+  } cases[] = {{65536, 0, "Quiet Fan Off"}, {65537, 1, "Quiet Fan On"}, {65538, 0xFFFFFFFF, "Not Support Quiet Fan"}};
+  for (const auto& test : cases) {
+    answer_ = test.answer;
+    EXPECT_EQ(WMICheckQuietFanSupport(1), test.state);
+    EXPECT_THAT(SettingLines(), ElementsAre("5 [WMICheckQuietFanSupport] output is " + std::to_string(test.answer),
+                                            std::string("5 [WMICheckQuietFanSupport] ") + test.line));
+  }
+  EXPECT_THAT(sent_, testing::Each("DSTS Device_ID=1114137"));
+  wmi.script.Fail("CoCreateInstance", E_FAIL);
+  EXPECT_EQ(WMICheckQuietFanSupport(1), 0xFFFFFFFFu);
+}
+
+TEST_F(Settings, QuietFanIsSentAndRememberedWhereThereIsAFolder) {
+  EXPECT_EQ(WMISetQuietFan(7, 1), 1u);
+  EXPECT_THAT(sent_, ElementsAre("DEVS Control_status=1 Device_ID=1114137"));
+  EXPECT_THAT(SettingLines(),
+              testing::IsSupersetOf({"5 [WMISetQuietFan] output is 1", "5 [WMICheckAppExist] App not exist!"}));
+  UseFolder();
+  EXPECT_EQ(WMISetQuietFan(7, 1), 1u);
+  EXPECT_EQ(ReadFile(L"\\QuietFanSetting.txt"), "7");
+  const std::string file = Folder() + "\\QuietFanSetting.txt";
+  EXPECT_THAT(SettingLines(),
+              testing::IsSupersetOf({"5 [WMISetQuietFan] fname is " + file, "5 [WMISetQuietFan] set On to " + file}));
+  EXPECT_EQ(WMISetQuietFan(0, 1), 1u);
+  EXPECT_THAT(sent_, Contains("DEVS Control_status=0 Device_ID=1114137"));
+  EXPECT_EQ(ReadFile(L"\\QuietFanSetting.txt"), "0");
+  EXPECT_THAT(SettingLines(), Contains("5 [WMISetQuietFan] set Off to " + file));
+  // A file that can't be written changes nothing about the answer.
+  const HANDLE taken =
+      CreateFileW((folder_ + L"\\QuietFanSetting.txt").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_EQ(WMISetQuietFan(1, 1), 1u);
+  EXPECT_THAT(SettingLines(), Contains("5 [WMISetQuietFan] Fail to set On to file"));
+  CloseHandle(taken);
+  answer_ = 0;
+  EXPECT_EQ(WMISetQuietFan(1, 1), 0u);
+  EXPECT_THAT(SettingLines(), ElementsAre("5 [WMISetQuietFan] output is 0", "5 [WMISetQuietFan] wmi fail "));
+  EXPECT_EQ(ReadFile(L"\\QuietFanSetting.txt"), "0");
+}
+
+TEST_F(Settings, QuietFanRemembered) {
+  EXPECT_EQ(WMIGetQuietFan(1), 0u);
+  EXPECT_THAT(SettingLines(), Contains("5 [WMIGetQuietFan] Fail to get Quiet Fan"));
+  UseFolder();
+  WriteFile(L"\\QuietFanSetting.txt", "1");
+  EXPECT_EQ(WMIGetQuietFan(1), 1u);
+  EXPECT_THAT(SettingLines(),
+              testing::IsSupersetOf({"5 [WMIGetQuietFan] Quiet Fan is 1", "5 [WMIGetQuietFan] Quiet Fan On"}));
+  WriteFile(L"\\QuietFanSetting.txt", "0");
+  EXPECT_EQ(WMIGetQuietFan(1), 0u);
+  EXPECT_THAT(SettingLines(), Contains("5 [WMIGetQuietFan] Quiet Fan Off"));
+
+  g_devices.ids = {kHotkeyDevice};
+  EXPECT_EQ(WMIGetQuietFan(1), 0u);
+  const struct {
+    const wchar_t* text;
+    uint32_t mode;
+  } cases[] = {{L"1", 1}, {L"2", 2}, {L"3", 3}, {L"0", 0}, {L"4", 0}, {L"11", 0}, {L"", 0}};
+  for (const auto& test : cases) {
+    Store(kHotkeysKey, L"QuietFan", test.text);
+    EXPECT_EQ(WMIGetQuietFan(1), test.mode);
+  }
+}
+
+TEST_F(Settings, ApplicationFolder) {
+  wchar_t path[VEXA_APP_PATH_CAPACITY] = {};
+  EXPECT_EQ(WMIGetAppPath(path, 1), 0u);
+  EXPECT_STREQ(path, L"ERROR_READREG");
+  EXPECT_THAT(SettingLines(), IsEmpty());
+  EXPECT_EQ(WMICheckAppExist(1), 0u);
+  EXPECT_THAT(SettingLines(),
+              ElementsAre("5 [DirectoryExists] attribs = 4294967295", "5 [WMICheckAppExist] App not exist!"));
+
+  EXPECT_EQ(WMISetAppPath(folder_.c_str(), 1), 1u);
+  EXPECT_THAT(SettingLines(),
+              ElementsAre("5 [WMISetAppPath] WriteRegString " + Folder() + " to VEXA\\%s user Success"));
+  EXPECT_EQ(WMIGetAppPath(path, 1), 1u);
+  EXPECT_EQ(path, folder_);
+  EXPECT_THAT(SettingLines(), ElementsAre("5 [WMIGetAppPath] App path is " + Folder()));
+  EXPECT_EQ(WMICheckAppExist(1), 1u);
+  EXPECT_THAT(SettingLines(), Contains("5 [WMICheckAppExist] App exist!"));
+
+  // A path longer than any folder's is cut to the buffer, not beyond it.
+  EXPECT_EQ(WMISetAppPath(std::wstring(1000, L'p').c_str(), 1), 1u);
+  EXPECT_EQ(WMIGetAppPath(path, 1), 1u);
+  EXPECT_EQ(std::wstring(path), std::wstring(259, L'p'));
+  EXPECT_EQ(WMICheckAppExist(1), 0u);
+  EXPECT_EQ(WMISetAppPath(nullptr, 1), 0u);
+  EXPECT_EQ(WMIGetAppPath(nullptr, 1), 0u);
+}
+
+TEST_F(Settings, ComFlagIsPassedOn) {
+  // Without COM on this thread and with the flag clear, every WMI call fails at its locator.
+  UseFolder();
+  EXPECT_EQ(WMICheckBatteryHealthSupport(0), 0u);
+  EXPECT_EQ(WMISetQuietFan(1, 0), 0u);
+  EXPECT_EQ(WMICheckAppExist(0), 0u);
+  EXPECT_THAT(sent_, IsEmpty());
+  EXPECT_THAT(wmi.TakeCalls(), testing::Not(Contains(testing::HasSubstr("CoInitializeEx"))));
+  event_log.TakeMessages();
+}
+
+}  // namespace
+}  // namespace vexa::test

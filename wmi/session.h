@@ -1,0 +1,71 @@
+// A connection to one WMI namespace: locator, bounded connect, proxy blanket, bounded query.
+#ifndef VEXA_WMI_SESSION_H_
+#define VEXA_WMI_SESSION_H_
+
+#include <windows.h>
+
+#include <oleauto.h>
+#include <wbemidl.h>
+#include <wrl/client.h>
+
+#include <optional>
+#include <string>
+
+#include "frame/handles.h"
+#include "wmi/bounded_task.h"
+
+namespace vexa {
+
+using Bstr = Owner<BSTR, SysFreeString>;
+
+inline Bstr MakeBstr(const wchar_t* text) { return Bstr(SysAllocString(text)); }
+
+// Owns a VARIANT's contents. Its bytes beyond the value are zero before a reader fills it.
+class Variant {
+ public:
+  Variant() noexcept = default;
+  ~Variant() { VariantClear(&value_); }
+  Variant(const Variant&) = delete;
+  Variant& operator=(const Variant&) = delete;
+
+  [[nodiscard]] VARIANT* put() noexcept { return &value_; }
+  [[nodiscard]] const VARIANT& get() const noexcept { return value_; }
+
+ private:
+  VARIANT value_{};
+};
+
+// What differs between callers in the lines of the common steps.
+struct WmiCaller {
+  const wchar_t* name;
+  const wchar_t* query_timed_out;  // "%s": the name
+  const wchar_t* query_failed;     // "%s": the name, "%s": the HRESULT
+};
+
+// Lower-case hexadecimal without leading zeros.
+std::wstring ResultText(HRESULT result);
+
+// A failing step: a verbose line, and the same text as a warning in the event log.
+void LogStep(const wchar_t* format, ...) noexcept;
+
+// Logs its failing step. Belongs to threads of the multithreaded apartment.
+class WmiSession {
+ public:
+  // Nothing when the locator can't be created (the calling thread has no COM), the connection fails or takes longer
+  // than 5 seconds, or the proxy blanket is refused.
+  [[nodiscard]] static std::optional<WmiSession> Open(const WmiCaller& caller, const wchar_t* name_space);
+
+  // The rows of a WQL query; null when it fails or takes longer than 5 seconds.
+  [[nodiscard]] ComPtr<IEnumWbemClassObject> Query(const WmiCaller& caller, const wchar_t* query) const;
+
+  [[nodiscard]] IWbemServices* services() const noexcept { return services_.Get(); }
+
+ private:
+  explicit WmiSession(ComPtr<IWbemServices> services) noexcept : services_(std::move(services)) {}
+
+  ComPtr<IWbemServices> services_;
+};
+
+}  // namespace vexa
+
+#endif  // VEXA_WMI_SESSION_H_
