@@ -5,8 +5,12 @@
  * controller (EC) through the kernel driver, one DeviceIoControl each, and needs InitializeWinIo first. The library
  * sets no time limit on an exchange: the driver ends it.
  *
- * On ARM64 machines this version has no route to the gauge: every numeric export of this header answers
- * VEXA_NO_ANSWER there and every text is empty.
+ * On ARM64 machines the same values come from the battery gauge through the firmware's WMI methods, and InitializeWinIo
+ * is not needed. There is no healthy table and no version: a number that the firmware does not give reads 0, so that 0 is
+ * ambiguous there. A number takes one WMI call, a name one per character; a call may wait 5 seconds for the connection and
+ * 5 seconds for the class, and as long as the firmware takes. Of these the firmware has no value: the numbers and the
+ * name of the EC itself, both gauge status words, full charged (all VEXA_NO_ANSWER or empty), charging current, time-out
+ * status and lid (all 0), and the manufacture information (empty). Not on a thread of a single-threaded apartment.
  *
  * The healthy table has a version (BatteryHealthyTable_ReadVersion). Version 0 means that the EC has no table: each
  * export then answers the value stated beside it as "no table", and so it does when the version can't be read.

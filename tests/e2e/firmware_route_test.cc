@@ -1,0 +1,152 @@
+// The shipped library on the simulated firmware: what it reads, and what becomes of calls that the firmware never
+// answers. Run where vexa-firmware.dll is registered and VexaWinIO64.dll lies in C:\Vexa.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "tests/support/import_patch.h"
+#include "vexa/vexa.h"
+
+namespace vexa::test {
+namespace {
+
+constexpr wchar_t kLibrary[] = L"C:\\Vexa\\VexaWinIO64.dll";
+constexpr wchar_t kNotebookKey[] = L"SOFTWARE\\Vexa\\Notebook";
+constexpr uint32_t kNoAnswer = 0x7FFFFFFF;
+
+constexpr char kFirmware[] = R"({"firmware": {"log": false,
+  "ec": {"tables": [{"table": 1, "registers": [{"offset": 11, "byte": 2, "writable": true}]}],
+         "gauge": [{"register": 13, "word": 84}, {"register": 10, "word": 65336}, {"register": 32, "text": "CELLCO"}]},
+  "devices": {"list": [{"device": 1179735, "status": 65536, "accepts": [60, 80, 100]}]},
+  "rules": [)";
+
+std::vector<DWORD> g_waits;
+decltype(&SleepConditionVariableSRW) g_wait = nullptr;
+
+// Records the bound that was asked for; a hanging call is given up after a short real wait.
+BOOL WINAPI ShortWait(PCONDITION_VARIABLE condition, PSRWLOCK lock, DWORD ms, ULONG flags) {
+  g_waits.push_back(ms);
+  return g_wait(condition, lock, ms < 500 ? ms : 500, flags);
+}
+
+class FirmwareRoute : public testing::Test {
+ protected:
+  FirmwareRoute() {
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    scenario_ = std::wstring(temp) + L"firmware-route-test.json";
+    RegCreateKeyExW(HKEY_LOCAL_MACHINE, kNotebookKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_, nullptr);
+    RegSetValueExW(key_, L"Firmware", 0, REG_SZ, reinterpret_cast<const BYTE*>(scenario_.c_str()),
+                   static_cast<DWORD>((scenario_.size() + 1) * sizeof(wchar_t)));
+    release_ = CreateEventW(nullptr, TRUE, FALSE, L"Global\\vexa-firmware-release");
+    ResetEvent(release_);
+    SetArch(L"ARM64");
+    Load();
+  }
+  ~FirmwareRoute() override {
+    SetEvent(release_);
+    if (library_ != nullptr) FreeLibrary(library_);
+    EXPECT_TRUE(WaitUntilUnloaded());
+    CloseHandle(release_);
+    RegDeleteValueW(key_, L"Firmware");
+    RegCloseKey(key_);
+    DeleteFileW(scenario_.c_str());
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Vexa\\Config", L"Arch");
+  }
+
+  void SetArch(const std::wstring& text) {
+    HKEY key = nullptr;
+    RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Vexa\\Config", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
+                    nullptr);
+    RegSetValueExW(key, L"Arch", 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                   static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+    RegCloseKey(key);
+  }
+  void Load() {
+    library_ = LoadLibraryExW(kLibrary, nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
+    ASSERT_NE(library_, nullptr);
+  }
+  // A firmware with these rules. Each file has a length of its own, by which the firmware sees that it is another one.
+  void UseRules(const std::string& rules) {
+    const std::string text = kFirmware + rules + "]}}" + std::string(++files_, ' ');
+    FILE* file = _wfopen(scenario_.c_str(), L"wb");
+    std::fwrite(text.data(), 1, text.size(), file);
+    std::fclose(file);
+  }
+  template <typename Function>
+  Function* Export(const char* name, Function*) const {
+    return reinterpret_cast<Function*>(GetProcAddress(library_, name));
+  }
+  int32_t Read() const { return Export("WOA_EC_read", &WOA_EC_read)(11, 1); }
+
+  static bool WaitUntilUnloaded() {
+    for (int i = 0; i < 1000 && GetModuleHandleW(L"VexaWinIO64.dll") != nullptr; ++i) Sleep(10);
+    return GetModuleHandleW(L"VexaWinIO64.dll") == nullptr;
+  }
+
+  std::wstring scenario_;
+  HKEY key_ = nullptr;
+  HANDLE release_ = nullptr;
+  HMODULE library_ = nullptr;
+  int files_ = 0;
+};
+
+TEST_F(FirmwareRoute, ReadsAndWrites) {
+  UseRules("");
+  EXPECT_EQ(Read(), 2);
+  EXPECT_EQ(Export("BatteryHealthyTable_Rsoc", &BatteryHealthyTable_Rsoc)(), 84u);
+  EXPECT_EQ(Export("BatteryHealthyTable_Current", &BatteryHealthyTable_Current)(), 0xFFFFFF38u);
+  char name[VEXA_MANUFACTURE_NAME_CAPACITY];
+  EXPECT_EQ(Export("BatteryHealthyTable_ManufactureName", &BatteryHealthyTable_ManufactureName)(name), 1u);
+  EXPECT_STREQ(name, "CELLCO");
+  EXPECT_EQ(Export("WOA_EC_write", &WOA_EC_write)(11, 1, 3), 1u);
+  EXPECT_EQ(Read(), 3);
+  EXPECT_EQ(Export("WMICheckBatteryHealthSupport", &WMICheckBatteryHealthSupport)(1), 1u);
+  EXPECT_EQ(Export("WMISetBatteryHealth", &WMISetBatteryHealth)(80, 1), 1u);
+  EXPECT_EQ(Export("WMISetBatteryHealth", &WMISetBatteryHealth)(70, 1), 0u);
+}
+
+TEST_F(FirmwareRoute, ConnectAndQueryThatNeverReturnAreGivenUpAfterTheirFiveSeconds) {
+  const ImportPatch wait("SleepConditionVariableSRW", ShortWait, library_);
+  g_wait = wait.Original<std::remove_pointer_t<decltype(g_wait)>>();
+  UseRules(R"({"on": {"step": "ConnectServer", "namespace": "ROOT\\WMI"}, "then": {"hang": true}})");
+  g_waits.clear();
+  EXPECT_EQ(Read(), static_cast<int32_t>(kNoAnswer));
+  EXPECT_EQ(g_waits.front(), 5000u);
+  SetEvent(release_);
+  ResetEvent(release_);
+  UseRules(R"({"on": {"step": "ExecQuery", "class": "ATD_STS"}, "then": {"hang": true}})");
+  g_waits.clear();
+  EXPECT_EQ(Read(), static_cast<int32_t>(kNoAnswer));
+  EXPECT_EQ(g_waits.back(), 5000u);
+  SetEvent(release_);
+  UseRules("");
+  EXPECT_EQ(Read(), 2);
+}
+
+TEST_F(FirmwareRoute, FreeingTheLibraryWhileACallHangsIsHarmless) {
+  {
+    const ImportPatch wait("SleepConditionVariableSRW", ShortWait, library_);
+    g_wait = wait.Original<std::remove_pointer_t<decltype(g_wait)>>();
+    UseRules(R"({"on": {"step": "ConnectServer", "namespace": "ROOT\\WMI"}, "then": {"hang": true}})");
+    EXPECT_EQ(Read(), static_cast<int32_t>(kNoAnswer));
+  }
+  FreeLibrary(library_);
+  library_ = nullptr;
+  // The abandoned call runs in the library's code: it must stay until that has returned.
+  EXPECT_NE(GetModuleHandleW(L"VexaWinIO64.dll"), nullptr);
+  SetEvent(release_);
+  EXPECT_TRUE(WaitUntilUnloaded());
+}
+
+}  // namespace
+}  // namespace vexa::test
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
