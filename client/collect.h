@@ -22,7 +22,7 @@ struct CollectOptions {
 
 // One reading per row. Besides the rows' own calls it asks, on the driver route, for the table's version at the start
 // and for the pack voltage after each doubtful answer; on the firmware route for the pack voltage, or else the
-// temperature, at both points.
+// temperature, at both points, and then for the doubtful value once more.
 [[nodiscard]] std::vector<Reading> Collect(const RowExports& exports, const CollectOptions& options);
 
 }  // namespace vexahealth

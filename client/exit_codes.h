@@ -11,10 +11,8 @@ enum ExitCode : int {
   kExitOk = 0,
 
   // status: the library was loaded, but there is no news of the notebook: InitializeWinIo answered 0, or no reading of
-  // the
-  // EC, battery, charger, power or lid is ok. Versions of the library and its driver don't count: they tell nothing
-  // about
-  // the notebook; nor does external power where the system answers it and not the firmware (ARM64).
+  // the EC, battery, charger, power or lid is ok. Versions of the library and its driver don't count: they tell nothing
+  // about the notebook; nor does external power where the system answers it and not the firmware (ARM64).
   // settings: the firmware answered neither for the charge limit nor for the quiet fan.
   kExitNoReadings = 1,
 
@@ -35,8 +33,7 @@ enum ExitCode : int {
   kExitRefused = 6,
 
   // settings set: the firmware accepted, but its quiet fan reads back otherwise, or the charge limit's setting file
-  // could
-  // not be written.
+  // could not be written.
   kExitNotConfirmed = 7,
 };
 
