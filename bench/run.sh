@@ -5,6 +5,8 @@
 source "$(dirname "${BASH_SOURCE[0]}")/../tools/lib.sh"
 source "$ROOT/tools/notebook.sh"
 
+# A prefix of its own: its WMI is Wine's, without the simulated firmware in front.
+VEXA_PREFIX=${VEXA_PREFIX:-$ROOT/build/prefix}-bench
 use_machine x64
 "$ROOT/tools/setup.sh" x64 native
 build_preset native vexa-scenario
@@ -16,5 +18,6 @@ output=$(mktemp)
 trap 'rm -f "$output"' EXIT
 code=0
 timeout 300 "$WINE" "$WINEPREFIX/drive_c/Vexa/vexa_bench.exe" </dev/null >"$output" 2>&1 || code=$?
+stop_prefix
 cat "$output"
 exit "$code"

@@ -74,15 +74,17 @@ void Append(std::wstring& text, const std::wstring& value, const wchar_t* joiner
   text += value;
 }
 
-// Walks the rows into `text` by `value_of`, which answers nothing for a row to be left out. Empty on failure.
+// Walks the rows into `text` by `value_of`, which answers nothing for a row to be left out. False, with an empty text,
+// on failure.
 template <typename ValueOf>
-void JoinRows(const Variation& variation, std::wstring& text, const wchar_t* name_space, const wchar_t* query,
+bool JoinRows(const Variation& variation, std::wstring& text, const wchar_t* name_space, const wchar_t* query,
               uint32_t com_flag, const wchar_t* joiner, ValueOf value_of) noexcept {
   text.clear();
   const bool walked = RunQuery(variation, name_space, query, com_flag, [&](IWbemClassObject& row) {
     if (const std::optional<std::wstring> value = value_of(row)) Append(text, *value, joiner);
   });
   if (!walked) text.clear();
+  return walked;
 }
 
 // Both properties of a row as "first" joiner "second"; nothing without the first.
@@ -157,12 +159,12 @@ void ReadWMIPropStr2(std::wstring& text, const wchar_t* name_space, const wchar_
 
 void ReadWMIPropStrWireless(std::wstring& text, const wchar_t* name_space, const wchar_t* query,
                             const wchar_t* property, const std::wstring& name, uint32_t com_flag) noexcept {
-  JoinRows(kWireless, text, name_space, query, com_flag, L";",
-           [&](IWbemClassObject& row) -> std::optional<std::wstring> {
-             if (PropertyOf(row, L"Name", TextOf) != name) return std::nullopt;
-             return PropertyOf(row, property, ConvertedTextOf);
-           });
-  ZeroWhenEmpty(text);
+  const bool walked = JoinRows(kWireless, text, name_space, query, com_flag, L";",
+                               [&](IWbemClassObject& row) -> std::optional<std::wstring> {
+                                 if (PropertyOf(row, L"Name", TextOf) != name) return std::nullopt;
+                                 return PropertyOf(row, property, ConvertedTextOf);
+                               });
+  if (walked) ZeroWhenEmpty(text);
 }
 
 void ReadWMIPropStrDisplay(std::wstring& text, const wchar_t* name_space, const wchar_t* query,
@@ -173,9 +175,10 @@ void ReadWMIPropStrDisplay(std::wstring& text, const wchar_t* name_space, const 
 
 void ReadWMIPropStrGPUUsage(std::wstring& text, const wchar_t* name_space, const wchar_t* query,
                             uint32_t com_flag) noexcept {
-  JoinRows(kGpuUsage, text, name_space, query, com_flag, L";",
-           [](IWbemClassObject& row) { return PairOf(row, L"UtilizationPercentage", L",", L"Name"); });
-  ZeroWhenEmpty(text);
+  const bool walked = JoinRows(kGpuUsage, text, name_space, query, com_flag, L";", [](IWbemClassObject& row) {
+    return PairOf(row, L"UtilizationPercentage", L",", L"Name");
+  });
+  if (walked) ZeroWhenEmpty(text);
 }
 
 void ReadWMIPropStrSDCardSize(std::wstring& text, const wchar_t* name_space, const wchar_t* query,

@@ -30,7 +30,8 @@ void ReadWMIPropStr(std::wstring& text, const wchar_t* name_space, const wchar_t
 void ReadWMIPropStr2(std::wstring& text, const wchar_t* name_space, const wchar_t* query, const wchar_t* property,
                      uint32_t& rows, uint32_t& values, uint32_t com_flag) noexcept;
 
-// The property of the rows whose "Name" equals `name`, joined with ";"; "0" when there is none.
+// The property of the rows whose "Name" equals `name`, joined with ";"; "0" when there is none, empty on
+// failure.
 void ReadWMIPropStrWireless(std::wstring& text, const wchar_t* name_space, const wchar_t* query,
                             const wchar_t* property, const std::wstring& name, uint32_t com_flag) noexcept;
 
@@ -38,7 +39,7 @@ void ReadWMIPropStrWireless(std::wstring& text, const wchar_t* name_space, const
 void ReadWMIPropStrDisplay(std::wstring& text, const wchar_t* name_space, const wchar_t* query,
                            uint32_t com_flag) noexcept;
 
-// "UtilizationPercentage,Name" of all rows, joined with ";"; "0" when there is none.
+// "UtilizationPercentage,Name" of all rows, joined with ";"; "0" when there is none, empty on failure.
 void ReadWMIPropStrGPUUsage(std::wstring& text, const wchar_t* name_space, const wchar_t* query,
                             uint32_t com_flag) noexcept;
 

@@ -72,6 +72,7 @@ void WINAPI LeaveApartment() {
 class Counted final : public IUnknown {
  public:
   static inline std::atomic<int> live{0};
+  static inline std::atomic<int> added{0};  // references beyond the first of each
   static ComPtr<IUnknown> Make() {
     ComPtr<IUnknown> object;
     object.Attach(new Counted);
@@ -79,7 +80,10 @@ class Counted final : public IUnknown {
   }
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE AddRef() override {
+    ++added;
+    return ++references_;
+  }
   ULONG STDMETHODCALLTYPE Release() override {
     const ULONG left = --references_;
     if (left == 0) delete this;
@@ -162,6 +166,15 @@ TEST_F(BoundedTask, HandsOverTheOutcomeOfAnotherThread) {
   EXPECT_EQ(system_.entered, 1);
   // This module stays mapped while the task runs.
   EXPECT_THAT(system_.libraries, ElementsAre(static_cast<void*>(&__ImageBase)));
+}
+
+// A copy would be given back by the task's thread some time after the caller has gone on.
+TEST_F(BoundedTask, HandsOverItsOnlyReference) {
+  Counted::added = 0;
+  const std::optional<TaskOutcome> outcome =
+      RunBounded([]() -> TaskOutcome { return {.result = S_OK, .object = Counted::Make()}; });
+  ASSERT_TRUE(outcome.has_value());
+  EXPECT_EQ(Counted::added, 0);
 }
 
 TEST_F(BoundedTask, AsksForFiveSecondsAndForTheRestWhenWokenForNothing) {

@@ -138,6 +138,12 @@ const Variant kVariants[] = {
 
 class QueryVariant : public WmiTest, public testing::WithParamInterface<Variant> {
  protected:
+  // A "0" that stands for no row does not stand for a failure: that text stays empty.
+  std::string Failed() const {
+    const std::string name = variant_.name;
+    return name == "ReadWMIPropStrWireless" || name == "ReadWMIPropStrGPUUsage" ? "" : variant_.none;
+  }
+
   QueryVariant() { wmi.rows[variant_.query] = {variant_.row, variant_.row}; }
 
   std::string Named(const std::string& text) const { return "[" + std::string(variant_.name) + "] " + text; }
@@ -171,7 +177,7 @@ TEST_P(QueryVariant, SendsEverythingAndReadsEveryRow) {
 
 TEST_P(QueryVariant, CallersCom) {
   // Without COM on the thread.
-  EXPECT_EQ(variant_.call(0), variant_.none);
+  EXPECT_EQ(variant_.call(0), Failed());
   EXPECT_THAT(Lines(), ElementsAre("5 " + Named("Step2 Failed to create IWbemLocator object. Errorcode=0x800401f0")));
   CoInitializeEx(nullptr, COINIT_MULTITHREADED);
   wmi.TakeCalls();
@@ -210,13 +216,13 @@ TEST_P(QueryVariant, EachStepFailingInTurn) {
   for (const auto& step : steps) {
     SCOPED_TRACE(step.function);
     wmi.script.Fail(step.function, step.result, 1);
-    EXPECT_EQ(variant_.call(1), variant_.none);
+    EXPECT_EQ(variant_.call(1), Failed());
     ExpectFailure(Named(step.line));
     const std::vector<std::string> calls = wmi.TakeCalls();
     EXPECT_THAT(calls[calls.size() - 2], testing::StartsWith(step.function));
   }
   wmi.script.Fail("CoInitializeEx", 0x80010106, 1);
-  EXPECT_EQ(variant_.call(1), variant_.none);
+  EXPECT_EQ(variant_.call(1), Failed());
   const std::string line = Named("Step1 Failed to initialize COM library. Errorcode=0x80010106");
   EXPECT_THAT(Lines(), ElementsAre("5 " + line));
   EXPECT_THAT(event_log.TakeMessages(), ElementsAre(line));
@@ -227,7 +233,7 @@ TEST_P(QueryVariant, EachStepFailingInTurn) {
 TEST_P(QueryVariant, WalkFailingInTheMiddle) {
   for (const int nth : {1, 2, 3}) {
     wmi.script.Fail("Next", 0x800706BA, nth);
-    EXPECT_EQ(variant_.call(1), variant_.none) << nth;
+    EXPECT_EQ(variant_.call(1), Failed()) << nth;
     wmi.TakeCalls();
   }
   // A success code without a row is the end.
@@ -238,11 +244,11 @@ TEST_P(QueryVariant, WalkFailingInTheMiddle) {
 
 TEST_P(QueryVariant, TimeOuts) {
   wmi.Block("ConnectServer");
-  EXPECT_EQ(variant_.call(1), variant_.none);
+  EXPECT_EQ(variant_.call(1), Failed());
   wmi.Unblock();
   ExpectFailure(Named("Step3 Connection timed out."));
   wmi.Block("ExecQuery");
-  EXPECT_EQ(variant_.call(1), variant_.none);
+  EXPECT_EQ(variant_.call(1), Failed());
   wmi.Unblock();
   ExpectFailure(Named("Step5 Query timed out."));
   EXPECT_THAT(wmi.TakeWaits(), testing::AllOf(Not(IsEmpty()), Each(5000)));

@@ -172,10 +172,13 @@ bool FakeWmi::AnyApartment() {
   return std::ranges::any_of(apartments_, [](const auto& apartment) { return apartment.second != 0; });
 }
 
-// Long enough that only a fault exceeds it.
+// Long enough that only a fault exceeds it; after one the tests behind it need not wait as long.
 bool FakeWmi::WaitUntil(const std::function<bool()>& condition) {
-  for (int i = 0; i < 10000 && !condition(); ++i) SleepEx(1, FALSE);
-  return condition();
+  static int patience_ms = 10000;
+  for (int i = 0; i < patience_ms && !condition(); ++i) SleepEx(1, FALSE);
+  if (condition()) return true;
+  patience_ms = 100;
+  return false;
 }
 
 }  // namespace vexa::test
