@@ -28,7 +28,7 @@ enum class OnFailure : uint32_t { kNoAnswer = VEXA_NO_ANSWER, kClear = 0 };
 struct FirmwareSource {
   enum class Kind : uint8_t {
     kConstant,   // the firmware has no such value: `answer`
-    kGauge,      // gauge register, by the Smart Battery Data Specification
+    kGauge,      // gauge register, by the Smart Battery Data standard (SBS)
     kBlockByte,  // one byte of a gauge block
     kAcLine,     // the system's power status
   };

@@ -10,7 +10,7 @@
 
 namespace vexa {
 
-// Names by the Smart Battery Data Specification 1.1; the status words as the common gauges have them.
+// Names by the Smart Battery Data standard (SBS 1.1); the status words as the common gauges have them.
 enum class GaugeRegister : uint8_t {
   kManufacturerName = 0x20,
   kDeviceName = 0x21,

@@ -19,7 +19,7 @@ std::wstring ATD_STS_ec_read(uint8_t command_code, uint8_t param0) noexcept;
 // Whether the firmware accepted the byte: 1 or 0.
 uint32_t ATD_STS_ec_write(uint8_t command_code, uint8_t param0, uint8_t param1) noexcept;
 
-// Gauge registers by the Smart Battery Data Specification: `command_code` is the register, `param0` the length of its
+// Gauge registers by the Smart Battery Data standard (SBS): `command_code` is the register, `param0` the length of its
 // value in bytes (or, by index, the byte of a block). 0 also on failure.
 uint32_t ATD_STS_battery_read_byte(uint8_t command_code, uint8_t param0) noexcept;
 uint32_t ATD_STS_battery_read_by_index(uint8_t command_code, uint8_t param0) noexcept;

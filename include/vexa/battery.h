@@ -17,7 +17,7 @@
  * VEXA_NO_ANSWER means that the version was read and a later exchange failed. Callers for whom "no table" and a true
  * reading look alike (value 0) read the version first.
  *
- * Units are the gauge's own, by the Smart Battery Data Specification 1.1: mV, mA, 0.1 K; capacities in mAh or 10 mWh as
+ * Units are the gauge's own, by the Smart Battery Data standard (SBS 1.1): mV, mA, 0.1 K; capacities in mAh or 10 mWh as
  * bit 15 of the battery mode says.
  *
  * Threads: any export of this header may be called from any thread at any time.
