@@ -108,7 +108,12 @@ void RegisterService(const std::wstring& path, const std::wstring& display_name)
 
 bool StartRegisteredService() {
   const Service service;
-  return StartServiceW(service.service(), 0, nullptr) && service.State() == SERVICE_RUNNING;
+  // Wine locks its service database while its own services start; a new prefix does so for some seconds.
+  for (int poll = 0; !StartServiceW(service.service(), 0, nullptr); ++poll) {
+    if (GetLastError() != ERROR_SERVICE_DATABASE_LOCKED || poll == 10000) return false;
+    Sleep(1);
+  }
+  return service.State() == SERVICE_RUNNING;
 }
 
 void RemoveService() {
