@@ -2,6 +2,7 @@
 #ifndef VEXA_VEXA_H_
 #define VEXA_VEXA_H_
 
+#include "adapter.h"
 #include "base.h"
 #include "battery.h"
 #include "firmware_ec.h"
