@@ -6,6 +6,7 @@
 #include "base.h"
 #include "battery.h"
 #include "firmware_ec.h"
+#include "inventory.h"
 #include "lifecycle.h"
 #include "settings.h"
 #include "trace.h"
