@@ -24,6 +24,15 @@
 /* Failure value of those exports for which 0 is a valid reading; each export says whether it uses it. */
 #define VEXA_NOT_AVAILABLE 0xFFFFFFFFu
 
+/*
+ * Markers of the radio and peripheral exports, which answer from a snapshot: nothing was there to collect, and collecting
+ * failed (the next call tries again). The texts stand where a value is a text.
+ */
+#define VEXA_NOT_COLLECTED (-1000)
+#define VEXA_COLLECT_FAILED 2147483647
+#define VEXA_NOT_COLLECTED_TEXT "init_string"
+#define VEXA_COLLECT_FAILED_TEXT "error_string"
+
 /* Size of the array in VexaText, terminator included. */
 #define VEXA_TEXT_CAPACITY 1024
 

@@ -8,6 +8,7 @@
 #include "firmware_ec.h"
 #include "inventory.h"
 #include "lifecycle.h"
+#include "peripherals.h"
 #include "settings.h"
 #include "trace.h"
 
