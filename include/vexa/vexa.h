@@ -6,10 +6,13 @@
 #include "base.h"
 #include "battery.h"
 #include "firmware_ec.h"
+#include "identity.h"
 #include "inventory.h"
 #include "lifecycle.h"
 #include "peripherals.h"
 #include "settings.h"
+#include "system.h"
+#include "thermal.h"
 #include "trace.h"
 
 #endif /* VEXA_VEXA_H_ */
