@@ -14,5 +14,6 @@
 #include "system.h"
 #include "thermal.h"
 #include "trace.h"
+#include "wifi.h"
 
 #endif /* VEXA_VEXA_H_ */
