@@ -23,6 +23,13 @@ add_library(vexa_objects OBJECT
   frame/registry.cc
   frame/trace.cc
   frame/trace_exports.cc
+  radio/bluetooth.cc
+  radio/connection_type.cc
+  radio/count_text.cc
+  radio/peripheral_class.cc
+  radio/usb.cc
+  radio/usb_port.cc
+  radio/usb_type_c.cc
   wmi/application_folder.cc
   wmi/bounded_task.cc
   wmi/ec_route.cc
@@ -38,7 +45,7 @@ target_include_directories(vexa_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJEC
 target_include_directories(vexa_objects SYSTEM PRIVATE "${VEXA_HEADERS}")
 target_link_libraries(vexa_objects PRIVATE vexa_warnings)
 
-set(VEXA_SYSTEM_LIBRARIES advapi32 ole32 oleaut32 setupapi shlwapi wbemuuid)
+set(VEXA_SYSTEM_LIBRARIES advapi32 iphlpapi ole32 oleaut32 setupapi shlwapi wbemuuid)
 
 add_library(VexaWinIO64 SHARED VexaWinIO64.def)
 target_link_libraries(VexaWinIO64 PRIVATE vexa_objects ${VEXA_SYSTEM_LIBRARIES})

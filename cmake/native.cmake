@@ -4,6 +4,6 @@ add_link_options(-fsanitize=address,undefined)
 
 find_package(nlohmann_json REQUIRED)
 
-add_library(vexa_core STATIC ec/catalogue.cc wmi/firmware_answer.cc)
+add_library(vexa_core STATIC ec/catalogue.cc radio/count_text.cc radio/peripheral_class.cc wmi/firmware_answer.cc)
 target_include_directories(vexa_core PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
 target_link_libraries(vexa_core PRIVATE vexa_warnings nlohmann_json::nlohmann_json)
