@@ -1,5 +1,10 @@
 # VexaWinIO64.dll. The objects are a target of their own: tests link them into a program whose import table they patch.
 add_library(vexa_objects OBJECT
+  ec/adapter_gate.cc
+  ec/adapter_part_number.cc
+  ec/adapter_values.cc
+  ec/adapter_watt.cc
+  ec/adapter_writes.cc
   ec/battery_information.cc
   ec/battery_names.cc
   ec/battery_numeric.cc
@@ -8,6 +13,7 @@ add_library(vexa_objects OBJECT
   ec/ec_information.cc
   ec/gauge_passthrough.cc
   ec/healthy_table.cc
+  ec/power_source.cc
   ec/table_row.cc
   frame/acpi_channel.cc
   frame/architecture.cc

@@ -15,7 +15,17 @@ inline constexpr uint8_t kEcTableAccess = 0xDD;  // healthy-table group
 inline constexpr uint8_t kSubTable = 0xFF;       // not a command: refers to a sub-table
 inline constexpr uint8_t kGroupWrite = 0x80;     // in a group number: written, not read
 
-enum EcGroup : uint8_t { kBatteryGroup = 1, kThermalGroup = 2, kGpioGroup = 3, kOtherGroup = 4, kConsumerGroup = 8 };
+enum EcGroup : uint8_t {
+  kBatteryGroup = 1,
+  kThermalGroup = 2,
+  kGpioGroup = 3,
+  kOtherGroup = 4,
+  kPdControllerGroup = 5,
+  kAdapterGroup = 6,
+  kPowerEventGroup = 7,
+  kConsumerGroup = 8,
+  kWattageGroup = 0x0C,
+};
 
 struct EcCommandEntry {
   std::string_view name;

@@ -25,13 +25,12 @@ inline constexpr uint8_t kProjectRegister = 0x51;
   return WriteEc(kEcTableAccess, {static_cast<uint8_t>(group | kGroupWrite), offset, value});
 }
 
-// A little-endian word, its high byte (at the higher offset) read first; nothing after the first failure.
+// A little-endian number of `length` bytes, at most 4, read from the highest offset down; nothing after the first
+// failure.
+[[nodiscard]] std::optional<uint32_t> ReadTableNumber(uint8_t group, uint8_t low_offset, uint8_t length) noexcept;
+
 [[nodiscard]] inline std::optional<uint16_t> ReadTableWord(uint8_t group, uint8_t low_offset) noexcept {
-  const std::optional<uint8_t> high = ReadTableByte(group, static_cast<uint8_t>(low_offset + 1));
-  if (!high) return std::nullopt;
-  const std::optional<uint8_t> low = ReadTableByte(group, low_offset);
-  if (!low) return std::nullopt;
-  return static_cast<uint16_t>(*high << 8 | *low);
+  return ReadTableNumber(group, low_offset, 2).transform([](uint32_t word) { return static_cast<uint16_t>(word); });
 }
 
 // The table's version on the driver route; VEXA_NO_ANSWER when it can't be read.

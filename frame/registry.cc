@@ -32,6 +32,11 @@ std::wstring ReadRegistryText(const wchar_t* key_name, const wchar_t* value) {
   return long_text.c_str();
 }
 
+bool RegistryKeyOpens(const wchar_t* key_name) {
+  RegistryKey key;
+  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, key_name, 0, KEY_READ, key.put()) == ERROR_SUCCESS;
+}
+
 bool WriteRegistryText(const wchar_t* key_name, const wchar_t* value, const std::wstring& text) {
   RegistryKey key;
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, key_name, 0, KEY_WRITE, key.put()) != ERROR_SUCCESS &&

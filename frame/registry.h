@@ -13,6 +13,9 @@ inline constexpr wchar_t kRegistryReadError[] = L"ERROR_READREG";
 // value has another type.
 [[nodiscard]] std::wstring ReadRegistryText(const wchar_t* key, const wchar_t* value);
 
+// Whether the key can be opened for reading.
+[[nodiscard]] bool RegistryKeyOpens(const wchar_t* key);
+
 // Stores a REG_SZ value, its length counted with the terminator; creates the key when it can't be opened.
 // Returns whether it was stored.
 bool WriteRegistryText(const wchar_t* key, const wchar_t* value, const std::wstring& text);

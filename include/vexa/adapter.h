@@ -177,7 +177,7 @@ uint32_t Adapter_Clear_Charger_Data(void) VEXA_NOEXCEPT;
 /* Sets the notification control byte. From version 23. value: 0 to 255, its bits are the EC's own. */
 uint32_t Adapter_Set_Notify_Control(uint8_t value) VEXA_NOEXCEPT;
 
-/* Has the EC watch for drops of the power, or no longer. From version 19. enable: 1 or 0; only bit 0 counts. */
+/* Has the EC watch for drops of the power (enable: 1) or no longer (0). From version 19; only bit 0 counts. */
 uint32_t Power_Set_Monitor_PowerDropped(uint32_t enable) VEXA_NOEXCEPT;
 
 /* ---- Power source ---- */
