@@ -10,6 +10,7 @@
 #include "frame/driver_channel.h"
 #include "frame/library_state.h"
 #include "tests/support/arch_value.h"
+#include "tests/support/opened_device.h"
 #include "tests/support/scripted_ec.h"
 #include "tests/support/trace_recorder.h"
 
@@ -146,51 +147,20 @@ TEST_F(DeviceChannels, VendorTest) {
 
 // ---- ACPI ----
 
-struct Opened {
-  bool opens = true;
-  int open = 0, total = 0;
-  std::wstring name;
-  DWORD access = 0, share = 0, disposition = 0, flags = 0;
-} g_opened;
-
-const HANDLE kAcpiHandle = reinterpret_cast<HANDLE>(uintptr_t{0xAC91});
-
-HANDLE WINAPI OpenDevice(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES, DWORD disposition, DWORD flags,
-                         HANDLE) {
-  g_opened.name = name;
-  g_opened.access = access;
-  g_opened.share = share;
-  g_opened.disposition = disposition;
-  g_opened.flags = flags;
-  if (!g_opened.opens) return INVALID_HANDLE_VALUE;
-  ++g_opened.open;
-  ++g_opened.total;
-  return kAcpiHandle;
-}
-
-BOOL WINAPI CloseDevice(HANDLE handle) {
-  EXPECT_EQ(handle, kAcpiHandle);
-  --g_opened.open;
-  return TRUE;
-}
-
 class AcpiChannel : public DeviceChannels {
  protected:
-  AcpiChannel() { g_opened = {}; }
-
-  ImportPatch open_{"CreateFileW", OpenDevice};
-  ImportPatch close_{"CloseHandle", CloseDevice};
+  OpenedDevice opened_;
   uint32_t result_ = 0xDEAD;
 };
 
 TEST_F(AcpiChannel, RecordsOfTheThreeForms) {
   EXPECT_EQ(AcpiDsts(0x00060094, &result_), 1u);
   EXPECT_EQ(result_, 0x04030201u);
-  EXPECT_EQ(g_opened.name, L"\\\\.\\OBXACPI");
-  EXPECT_EQ(g_opened.access, GENERIC_READ | GENERIC_WRITE);
-  EXPECT_EQ(g_opened.share, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE});
-  EXPECT_EQ(g_opened.disposition, DWORD{OPEN_EXISTING});
-  EXPECT_EQ(g_opened.flags, 0u);
+  EXPECT_EQ(opened_.name, L"\\\\.\\OBXACPI");
+  EXPECT_EQ(opened_.access, GENERIC_READ | GENERIC_WRITE);
+  EXPECT_EQ(opened_.share, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE});
+  EXPECT_EQ(opened_.disposition, DWORD{OPEN_EXISTING});
+  EXPECT_EQ(opened_.flags, 0u);
   Request request = Take();
   EXPECT_EQ(request.code, 0x0022240Cu);
   EXPECT_EQ(request.out_size, 1024u);
@@ -206,8 +176,8 @@ TEST_F(AcpiChannel, RecordsOfTheThreeForms) {
   EXPECT_THAT(Take().in, ElementsAre('D', 'E', 'V', 'S', 8, 0, 0, 0, 0x59, 0x00, 0x06, 0x00, 80, 0, 0, 0));
   EXPECT_THAT(TraceRecorder::Get().TakeLines(),
               ElementsAre("5 [ACPI_OBX_DEVS] Arg0 = 0x60059, Arg1 = 0x50", "5 [ACPI_OBX_DEVS] return = 0x4030201"));
-  EXPECT_EQ(g_opened.total, 3);
-  EXPECT_EQ(g_opened.open, 0);
+  EXPECT_EQ(opened_.total, 3);
+  EXPECT_EQ(opened_.open, 0);
 }
 
 TEST_F(AcpiChannel, ShortAnswersAreZeroAndFailuresCloseTheDevice) {
@@ -218,9 +188,9 @@ TEST_F(AcpiChannel, ShortAnswersAreZeroAndFailuresCloseTheDevice) {
   TraceRecorder::Get().TakeEvents();
   EXPECT_EQ(AcpiDevs(1, &result_), 0u);
   EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre("5 [ACPI_OBX_DEVS] Arg0 = 0x60059, Arg1 = 0x1"));
-  EXPECT_EQ(g_opened.open, 0);
+  EXPECT_EQ(opened_.open, 0);
   requests_.clear();
-  g_opened.opens = false;
+  opened_.opens = false;
   EXPECT_EQ(AcpiDsts(1, &result_), 0u);
   EXPECT_THAT(requests_, IsEmpty());
 }
