@@ -24,8 +24,8 @@ static_assert(sizeof(BLUETOOTH_RADIO_INFO) == 520);
 static_assert(sizeof(BLUETOOTH_DEVICE_INFO) == 560);
 
 struct BluetoothSnapshot {
-  int32_t used = VEXA_NOT_COLLECTED;       // 1: the last radio has a connected device
-  int32_t connected = VEXA_NOT_COLLECTED;  // devices on the last radio that has any
+  uint32_t used = VEXA_NOT_COLLECTED;       // 1: the last radio has a connected device
+  uint32_t connected = VEXA_NOT_COLLECTED;  // devices on the last radio that has any
   std::string types = VEXA_NOT_COLLECTED_TEXT;
   bool collected = false;
 };
@@ -138,9 +138,9 @@ const BluetoothSnapshot& Bluetooth(const char* uncollected_line) noexcept {
 }  // namespace
 }  // namespace vexa
 
-int32_t RF_BTIsUsed() noexcept { return vexa::Bluetooth("[RF] RF_BTIsUsed FLAG FALSE").used; }
+uint32_t RF_BTIsUsed() noexcept { return vexa::Bluetooth("[RF] RF_BTIsUsed FLAG FALSE").used; }
 
-int32_t RF_BTConnectedNum() noexcept { return vexa::Bluetooth("[RF] RF_BTConnectedNum FLAG FALSE").connected; }
+uint32_t RF_BTConnectedNum() noexcept { return vexa::Bluetooth("[RF] RF_BTConnectedNum FLAG FALSE").connected; }
 
 VexaText RF_BTConnectedType() noexcept {
   return vexa::TextValue(vexa::WholeItems(vexa::Bluetooth("[RF] RF_BTConnectedType FLAG FALSE").types, ';'));

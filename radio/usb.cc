@@ -20,12 +20,12 @@ namespace vexa {
 namespace {
 
 struct UsbSnapshot {
-  int32_t transferring = 0;
+  uint32_t transferring = 0;
   std::string storage_versions = VEXA_NOT_COLLECTED_TEXT;
   std::string storage_ports = VEXA_NOT_COLLECTED_TEXT;
-  int32_t hdmi = 0;
-  int32_t type_a = 0;
-  int32_t type_c = 0;
+  uint32_t hdmi = 0;
+  uint32_t type_a = 0;
+  uint32_t type_c = 0;
   bool collected = false;
 };
 
@@ -90,16 +90,16 @@ const UsbSnapshot& Usb(const char* uncollected_line) noexcept {
 }  // namespace
 }  // namespace vexa
 
-int32_t RF_USBIsTranster() noexcept { return vexa::Usb("[RF] RF_USBIsTranster FLAG FALSE").transferring; }
+uint32_t RF_USBIsTranster() noexcept { return vexa::Usb("[RF] RF_USBIsTranster FLAG FALSE").transferring; }
 
 VexaText RF_USBNum() noexcept { return vexa::TextValue(vexa::Usb("[RF] RF_USBNum FLAG FALSE").storage_versions); }
 
-int32_t RF_USB_A_Num() noexcept { return vexa::Usb("[RF] RF_USB_A_Num FLAG FALSE").type_a; }
+uint32_t RF_USB_A_Num() noexcept { return vexa::Usb("[RF] RF_USB_A_Num FLAG FALSE").type_a; }
 
-int32_t RF_USB_C_Num() noexcept { return vexa::Usb("[RF] RF_USB_C_Num FLAG FALSE").type_c; }
+uint32_t RF_USB_C_Num() noexcept { return vexa::Usb("[RF] RF_USB_C_Num FLAG FALSE").type_c; }
 
 VexaText RF_USBPort() noexcept {
   return vexa::TextValue(vexa::WholeItems(vexa::Usb("[RF] RF_USBPort FLAG FALSE").storage_ports, ','));
 }
 
-int32_t RF_USBHDMIIsUsed() noexcept { return vexa::Usb("[RF] RF_USBHDMIIsUsed FLAG FALSE").hdmi; }
+uint32_t RF_USBHDMIIsUsed() noexcept { return vexa::Usb("[RF] RF_USBHDMIIsUsed FLAG FALSE").hdmi; }

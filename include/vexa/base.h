@@ -26,10 +26,10 @@
 
 /*
  * Markers of the radio and peripheral exports, which answer from a snapshot: nothing was there to collect, and collecting
- * failed (the next call tries again). The texts stand where a value is a text.
+ * failed (the next call tries again). As int32_t the first is -1000. The texts stand where a value is a text.
  */
-#define VEXA_NOT_COLLECTED (-1000)
-#define VEXA_COLLECT_FAILED 2147483647
+#define VEXA_NOT_COLLECTED 0xFFFFFC18u
+#define VEXA_COLLECT_FAILED 0x7FFFFFFFu
 #define VEXA_NOT_COLLECTED_TEXT "init_string"
 #define VEXA_COLLECT_FAILED_TEXT "error_string"
 

@@ -38,13 +38,13 @@ VEXA_BEGIN_DECLS
  * Whether devices are connected: 1 or 0, of the last radio. VEXA_NOT_COLLECTED: there is no radio. VEXA_COLLECT_FAILED:
  * the Bluetooth system did not answer.
  */
-int32_t RF_BTIsUsed(void) VEXA_NOEXCEPT;
+uint32_t RF_BTIsUsed(void) VEXA_NOEXCEPT;
 
 /*
  * Number of connected devices on the last radio that has any. VEXA_NOT_COLLECTED: no radio, or no device on any.
  * VEXA_COLLECT_FAILED: the Bluetooth system did not answer.
  */
-int32_t RF_BTConnectedNum(void) VEXA_NOEXCEPT;
+uint32_t RF_BTConnectedNum(void) VEXA_NOEXCEPT;
 
 /*
  * The kinds of these devices, one word for each in the order of the system's list, each ended by ";". By the major device
@@ -66,7 +66,7 @@ VexaText RF_BTConnectedType(void) VEXA_NOEXCEPT;
  */
 
 /* 1: a disk was busy while collecting (its share of time was above 0 percent), else 0, also when WMI did not answer. */
-int32_t RF_USBIsTranster(void) VEXA_NOEXCEPT;
+uint32_t RF_USBIsTranster(void) VEXA_NOEXCEPT;
 
 /*
  * Number of USB mass-storage devices by the USB version of their device descriptor (bcdUSB, USB 2.0 section 9.6.1), as one
@@ -89,11 +89,11 @@ VexaText RF_USBPort(void) VEXA_NOEXCEPT;
  * Number of user-accessible ports with a device on them whose connector is not type C, and of those whose connector is, as
  * the hubs report it. A port counts once for each USB device present on it.
  */
-int32_t RF_USB_A_Num(void) VEXA_NOEXCEPT;
-int32_t RF_USB_C_Num(void) VEXA_NOEXCEPT;
+uint32_t RF_USB_A_Num(void) VEXA_NOEXCEPT;
+uint32_t RF_USB_C_Num(void) VEXA_NOEXCEPT;
 
 /* 1: an HDMI monitor was connected while collecting, else 0, also when WMI did not answer. */
-int32_t RF_USBHDMIIsUsed(void) VEXA_NOEXCEPT;
+uint32_t RF_USBHDMIIsUsed(void) VEXA_NOEXCEPT;
 
 /*
  * Whether a USB device is plugged into a type-C port.

@@ -36,12 +36,12 @@
 #include "base.h"
 
 /* Nothing has filled the value: -1000 as int32_t. */
-#define VEXA_WIFI_NOT_COLLECTED 0xFFFFFC18u
-#define VEXA_WIFI_NOT_COLLECTED_TEXT "init_string"
+#define VEXA_WIFI_NOT_COLLECTED VEXA_NOT_COLLECTED
+#define VEXA_WIFI_NOT_COLLECTED_TEXT VEXA_NOT_COLLECTED_TEXT
 
 /* The collection failed. */
-#define VEXA_WIFI_FAILED 0x7FFFFFFFu
-#define VEXA_WIFI_FAILED_TEXT "error_string"
+#define VEXA_WIFI_FAILED VEXA_COLLECT_FAILED
+#define VEXA_WIFI_FAILED_TEXT VEXA_COLLECT_FAILED_TEXT
 
 /* Least size in characters, terminator included, of the buffer of RF_WiFiCardName. */
 #define VEXA_WIFI_CARD_NAME_CAPACITY 256
