@@ -53,7 +53,8 @@ target_link_libraries(vexa_objects PRIVATE vexa_warnings)
 
 set(VEXA_SYSTEM_LIBRARIES advapi32 iphlpapi ole32 oleaut32 setupapi shlwapi wbemuuid)
 
-add_library(VexaWinIO64 SHARED VexaWinIO64.def)
+# The demangler is left out of the library alone: test programs use it.
+add_library(VexaWinIO64 SHARED VexaWinIO64.def frame/no_demangler.cc)
 target_link_libraries(VexaWinIO64 PRIVATE vexa_objects ${VEXA_SYSTEM_LIBRARIES})
 set_target_properties(VexaWinIO64 PROPERTIES PREFIX "" IMPORT_PREFIX "" LINKER_LANGUAGE CXX)
 vexa_version_resource(VexaWinIO64 VFT_DLL "Notebook health library" VexaWinIO64.dll)
