@@ -11,10 +11,13 @@ add_library(vexa_objects OBJECT
   ec/catalogue.cc
   ec/cell_voltages.cc
   ec/ec_information.cc
+  ec/fan_control.cc
   ec/gauge_passthrough.cc
   ec/healthy_table.cc
+  ec/identity.cc
   ec/power_source.cc
   ec/table_row.cc
+  ec/thermal_readings.cc
   frame/acpi_channel.cc
   frame/architecture.cc
   frame/battery_class.cc
@@ -36,6 +39,9 @@ add_library(vexa_objects OBJECT
   radio/usb.cc
   radio/usb_port.cc
   radio/usb_type_c.cc
+  system/system_state.cc
+  system/versions.cc
+  system/volume.cc
   wmi/application_folder.cc
   wmi/bounded_task.cc
   wmi/ec_route.cc
@@ -50,6 +56,11 @@ add_library(vexa_objects OBJECT
 target_include_directories(vexa_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
 target_include_directories(vexa_objects SYSTEM PRIVATE "${VEXA_HEADERS}")
 target_link_libraries(vexa_objects PRIVATE vexa_warnings)
+
+set(VEXA_COMPANION_PACKAGE_FAMILY "VexaSystems.VexaCompanion_v3x4p8k2m9q7t" CACHE STRING
+  "Package family of the companion app, whose version GetUWPVersion tells")
+set_source_files_properties(system/versions.cc PROPERTIES
+  COMPILE_DEFINITIONS "VEXA_COMPANION_PACKAGE_FAMILY=\"${VEXA_COMPANION_PACKAGE_FAMILY}\"")
 
 set(VEXA_SYSTEM_LIBRARIES advapi32 iphlpapi ole32 oleaut32 setupapi shlwapi wbemuuid)
 

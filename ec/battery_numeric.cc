@@ -107,10 +107,8 @@ uint32_t AnswerFromFirmware(const NumericMember& member) {
 uint32_t Answer(const NumericMember& member) noexcept {
   return Guarded(member.name, uint32_t{VEXA_NO_ANSWER}, [&]() -> uint32_t {
     if (OnFirmwareRoute(member.name)) return AnswerFromFirmware(member);
-    const uint32_t version = ReadTableVersion();
-    if (HasTable(version)) return ReadMember(member).value_or(static_cast<uint32_t>(member.on_failure));
-    LogBuilt(TraceLevel::kVerbose, [&] { return Line(member.no_table_line, version); });
-    return member.no_table;
+    if (!PassesTableGate(member.no_table_line)) return member.no_table;
+    return ReadMember(member).value_or(static_cast<uint32_t>(member.on_failure));
   });
 }
 

@@ -1,6 +1,7 @@
 #include "ec/healthy_table.h"
 
 #include "frame/architecture.h"
+#include "frame/line.h"
 #include "frame/log.h"
 
 namespace vexa {
@@ -15,9 +16,16 @@ std::optional<uint32_t> ReadTableNumber(uint8_t group, uint8_t low_offset, uint8
   return number;
 }
 
-bool OnFirmwareRoute(const char* export_name) {
+bool PassesTableGate(const char* failure_line) {
+  const uint32_t version = ReadTableVersion();
+  if (HasTable(version)) return true;
+  LogBuilt(TraceLevel::kVerbose, [&] { return Line(failure_line, version); });
+  return false;
+}
+
+bool OnFirmwareRoute(const char* export_name, const char* prefix) {
   if (!IsArchitectureARM64()) return false;
-  LogInfo("[%s] ARM64: using WMImethods.", export_name);
+  LogInfo("%s[%s] ARM64: using WMImethods.", prefix, export_name);
   return true;
 }
 

@@ -43,8 +43,11 @@ inline constexpr uint8_t kProjectRegister = 0x51;
 // Whether a version stands for a table that can be read.
 constexpr bool HasTable(uint32_t version) { return version != 0 && version != VEXA_NO_ANSWER; }
 
-// Logs "[name] ARM64: using WMImethods." and answers true when the firmware route serves this machine.
-[[nodiscard]] bool OnFirmwareRoute(const char* export_name);
+// Whether the EC has a table. If not, logs `failure_line`, completed by the version.
+[[nodiscard]] bool PassesTableGate(const char* failure_line);
+
+// Logs `prefix` "[name] ARM64: using WMImethods." and answers true when the firmware route serves this machine.
+[[nodiscard]] bool OnFirmwareRoute(const char* export_name, const char* prefix = "");
 
 }  // namespace vexa
 

@@ -46,6 +46,7 @@ using KernelHandle = Owner<HANDLE, CloseHandle>;
 using DeviceHandle = Owner<HANDLE, CloseHandle, -1LL>;  // INVALID_HANDLE_VALUE
 using ServiceHandle = Owner<SC_HANDLE, CloseServiceHandle>;
 using RegistryKey = Owner<HKEY, RegCloseKey>;
+using LoadedLibrary = Owner<HMODULE, FreeLibrary>;
 using LocalMemory = Owner<void*, LocalFree>;
 using DeviceInfoSet = Owner<HDEVINFO, SetupDiDestroyDeviceInfoList, -1LL>;  // INVALID_HANDLE_VALUE
 

@@ -61,6 +61,8 @@ uint32_t MutexWrapper::Lock(uint32_t timeout_ms) noexcept {
 }
 
 uint32_t MutexWrapper::Unlock() noexcept {
+  // Without a lock in between, what the wait while building gave is given back here, and no later lock may count on it.
+  if (builder_ == GetCurrentThreadId()) built_wait_ = kNoWait;
   if (ReleaseMutex(mutex_)) return 1;
   LogCritical("[MutexWrapper] ReleaseMutex error: %d", static_cast<int>(GetLastError()));
   return 0;

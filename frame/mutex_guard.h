@@ -35,7 +35,7 @@ class MutexWrapper {
   // next caller succeeds.
   [[nodiscard]] uint32_t Lock(uint32_t timeout_ms) noexcept;
 
-  // 1 when the mutex was released.
+  // 1 when the mutex was released. Also gives back what the wait while building won, if nothing locked since.
   uint32_t Unlock() noexcept;
 
  private:
@@ -48,7 +48,7 @@ class MutexWrapper {
   DWORD Wait(uint32_t timeout_ms) noexcept;
 
   HANDLE mutex_ = nullptr;
-  // Outcome of the wait done while building, until the builder's first lock takes it over. Only the building thread
+  // Outcome of the wait done while building, until the builder's first lock or unlock ends it. Only the building thread
   // looks at it: a mutex that it won is its own.
   DWORD built_wait_ = kNoWait;
   DWORD builder_ = 0;

@@ -17,8 +17,6 @@
 namespace vexa {
 namespace {
 
-constexpr wchar_t kAnalysisKey[] = L"SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis";
-
 // The registry value's name; empty when nobody is signed in.
 std::wstring SignedInUser(uint32_t com_flag) {
   std::wstring user;

@@ -8,11 +8,12 @@
 
 namespace vexa {
 
-// Enters the multithreaded apartment, unless `wanted` is false, and leaves it again when entering succeeded.
+// Enters an apartment, the multithreaded one by default, unless `wanted` is false, and leaves it again when entering
+// succeeded.
 class ComApartment {
  public:
-  explicit ComApartment(bool wanted = true) noexcept
-      : result_(wanted ? CoInitializeEx(nullptr, COINIT_MULTITHREADED) : S_FALSE),
+  explicit ComApartment(bool wanted = true, DWORD model = COINIT_MULTITHREADED) noexcept
+      : result_(wanted ? CoInitializeEx(nullptr, model) : S_FALSE),
         entered_(wanted && SUCCEEDED(result_)) {}
   ~ComApartment() {
     if (entered_) CoUninitialize();

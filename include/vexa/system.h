@@ -59,7 +59,7 @@ uint32_t System_Check_S_Mode(void) VEXA_NOEXCEPT;
  * Version of the companion app from the store, for example "4.1.0.0".
  *
  * text: buffer of at least VEXA_VERSION_CAPACITY characters. It is left as it was when the app is not installed, when
- * the system has no such packages (before Windows 8), when anything fails, and when what stands in the version's
+ * the system has no such packages (before Windows 8.1), when anything fails, and when what stands in the version's
  * place is too long for the capacity. Null: nothing is done. The package family is a setting of the build.
  */
 void GetUWPVersion(wchar_t* text) VEXA_NOEXCEPT;
