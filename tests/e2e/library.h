@@ -29,7 +29,7 @@ class Library {
   // FreeLibrary; false when the library stays loaded.
   bool Free();
 
-  // A battery export that takes nothing and answers a number.
+  // An export that takes nothing and answers a number.
   uint32_t Number(const char* name) const;
   // A battery export that fills a buffer.
   uint32_t Text(const char* name, char* text) const;
@@ -59,6 +59,10 @@ class Library {
   decltype(&::TraceOutputCritical) TraceOutputCritical = Find("TraceOutputCritical");
   decltype(&::BatteryHealthyTable_BatteryInformation) BatteryHealthyTable_BatteryInformation =
       Find("BatteryHealthyTable_BatteryInformation");
+  decltype(&::Adapter_Read_PDO) Adapter_Read_PDO = Find("Adapter_Read_PDO");
+  decltype(&::Adapter_Read_PD_IC_PN) Adapter_Read_PD_IC_PN = Find("Adapter_Read_PD_IC_PN");
+  decltype(&::Adapter_Set_Notify_Control) Adapter_Set_Notify_Control = Find("Adapter_Set_Notify_Control");
+  decltype(&::Power_Set_Monitor_PowerDropped) Power_Set_Monitor_PowerDropped = Find("Power_Set_Monitor_PowerDropped");
 };
 
 // A library that is ready while this lives, if it can be.
