@@ -5,25 +5,24 @@
  * answers from memory and nothing is ever scanned again in this process. After a failed collection each call tries
  * again. The system's own list of access points is read; no radio scan is started.
  *
- * A collection makes a handful of WLAN API calls, two of them for the list of access points per connected interface, and
- * loads the Wi-Fi chip vendor's library for the antenna readings when there is one; with an Intel component it
- * waits 1000 ms. The library sets no time limit on those calls: the system's WLAN service ends them. Each collection
- * leaves one WLAN client handle open for the life of the process.
+ * A collection makes a handful of WLAN API calls, two of them for the list of access points per connected interface,
+ * and loads the Wi-Fi chip vendor's library for the antenna readings when there is one; with an Intel component it
+ * waits 1000 ms. The library sets no time limit on those calls: the system's WLAN service and the vendor's library end
+ * them. Each collection leaves one WLAN client handle open for the life of the process.
  *
- * Three states of a value can be told apart:
- *   VEXA_WIFI_NOT_COLLECTED, VEXA_WIFI_NOT_COLLECTED_TEXT   nothing has filled it: there is no Wi-Fi interface or none is
- *                                                          connected, the link in use is not Wi-Fi (counts), or the
- *                                                          system does not tell
- *   VEXA_WIFI_FAILED, VEXA_WIFI_FAILED_TEXT                the collection failed (also without wlanapi.dll); the trace
- *                                                          tells at which call
- *   anything else                                          the value
+ * Three states of a value can be told apart. VEXA_NOT_COLLECTED or VEXA_NOT_COLLECTED_TEXT: nothing has filled it,
+ * since there is no Wi-Fi interface, none is connected, the link in use is not Wi-Fi (counts), or the system does not
+ * tell. VEXA_COLLECT_FAILED or VEXA_COLLECT_FAILED_TEXT: the collection failed, also without wlanapi.dll; the trace
+ * tells at which call. Anything else is the value. Numbers are to be read as int32_t.
+ *
  * A failed collection marks connected, card name, RSSI, channel, PHY mode, AP MAC and maximum rate; the counts, their
- * texts and the antenna readings keep what they held. A value that a later successful collection does not fill keeps the
- * mark of the failure before it. Numbers are to be read as int32_t.
+ * texts and the antenna readings keep what they held. A value that a later successful collection does not fill keeps
+ * the mark of the failure before it.
  *
  * The count texts are JSON objects without blanks whose values are decimal texts, for instance
- * {"ch1":"3","ch11":"0","ch6":"2","others":"1"}; keys are in ascending order of their characters. All text is ASCII but the
- * card's name. Counted are the access points of the connected network's name (SSID), the connected one included.
+ * {"ch1":"3","ch11":"0","ch6":"2","others":"1"}; keys are in ascending order of their characters. All text but the
+ * card's name is ASCII. Counted are the access points of the connected network's name (SSID), the connected one
+ * included.
  *
  * Preconditions: none; InitializeWinIo is not needed. Threads: any, but one at a time: the snapshot has no lock, so
  * callers on several threads serialise themselves over all functions of this header and WMIGetWiFiBytesPersec.
@@ -35,11 +34,9 @@
 
 #include "base.h"
 
-/* Nothing has filled the value: -1000 as int32_t. */
+/* The marks of base.h by names of this family. */
 #define VEXA_WIFI_NOT_COLLECTED VEXA_NOT_COLLECTED
 #define VEXA_WIFI_NOT_COLLECTED_TEXT VEXA_NOT_COLLECTED_TEXT
-
-/* The collection failed. */
 #define VEXA_WIFI_FAILED VEXA_COLLECT_FAILED
 #define VEXA_WIFI_FAILED_TEXT VEXA_COLLECT_FAILED_TEXT
 
@@ -54,8 +51,8 @@ VEXA_BEGIN_DECLS
 /* ---- The link ---- */
 
 /*
- * 1: a Wi-Fi interface is connected, 0: none is; VEXA_WIFI_NOT_COLLECTED: there is no Wi-Fi interface;
- * VEXA_WIFI_FAILED.
+ * 1: a Wi-Fi interface is connected, 0: none is; VEXA_NOT_COLLECTED: there is no Wi-Fi interface;
+ * VEXA_COLLECT_FAILED.
  */
 uint32_t RF_WiFiIsConnected(void) VEXA_NOEXCEPT;
 
@@ -65,15 +62,15 @@ uint32_t RF_WiFiIsConnected(void) VEXA_NOEXCEPT;
  *
  * name: buffer of at least VEXA_WIFI_CARD_NAME_CAPACITY characters; always terminated. Receives the name,
  * L"init_string" without a Wi-Fi interface, or L"error_string" when the collection failed.
- * Returns 0 when the text was copied, whichever of the three it is; 22 (EINVAL) when name is null; VEXA_WIFI_FAILED,
+ * Returns 0 when the text was copied, whichever of the three it is; 22 (EINVAL) when name is null; VEXA_COLLECT_FAILED,
  * with nothing copied, on an internal failure.
  */
 uint32_t RF_WiFiCardName(wchar_t* name) VEXA_NOEXCEPT;
 
-/* Signal strength of the connected access point in dBm, negative. VEXA_WIFI_NOT_COLLECTED, VEXA_WIFI_FAILED. */
+/* Signal strength of the connected access point in dBm, negative. VEXA_NOT_COLLECTED, VEXA_COLLECT_FAILED. */
 uint32_t RF_WiFiRssi(void) VEXA_NOEXCEPT;
 
-/* Channel number of the connected interface. VEXA_WIFI_NOT_COLLECTED, VEXA_WIFI_FAILED. */
+/* Channel number of the connected interface. VEXA_NOT_COLLECTED, VEXA_COLLECT_FAILED. */
 uint32_t RF_WiFiChannel(void) VEXA_NOEXCEPT;
 
 /*
@@ -93,23 +90,24 @@ VexaText RF_PhyMode(void) VEXA_NOEXCEPT;
 void RF_AP_MAC(char* mac) VEXA_NOEXCEPT;
 
 /*
- * Greatest rate that the connected access point can receive, in Mbit/s, cut to a whole number: the largest of its HT, VHT
- * and HE rates (IEEE 802.11-2020 clauses 19.5 and 21.5, IEEE 802.11ax clause 27.5) for 1 to 4 spatial streams at the
- * channel width it operates at, as its beacon tells. 0 when the beacon has no such element (802.11a, b and g).
- * VEXA_WIFI_NOT_COLLECTED, VEXA_WIFI_FAILED.
+ * Greatest rate that the connected access point can receive, in Mbit/s, cut to a whole number: the largest of its HT,
+ * VHT and HE rates (IEEE 802.11-2020 clauses 19.5 and 21.5, IEEE 802.11ax clause 27.5) for 1 to 4 spatial streams at
+ * the channel width it operates at, as its beacon tells. 0 when the beacon has no such element (802.11a, b and g).
+ * VEXA_NOT_COLLECTED, VEXA_COLLECT_FAILED.
  */
 uint32_t RF_WiFiMaxRate(void) VEXA_NOEXCEPT;
 
 /*
- * Signal strength at the main and at the auxiliary antenna in dBm, as "-52:-58", main first. From the chip vendor's library
- * when there is one that answers, else both are the signal strength of the access point. "0:0": nothing was read.
+ * Signal strength at the main and at the auxiliary antenna in dBm, as "-52:-58", main first. From the chip vendor's
+ * library when there is one that answers, else both are the signal strength of the access point. "0:0": nothing was
+ * read.
  */
 VexaText RF_WiFi_Main_Aux_Rssi(void) VEXA_NOEXCEPT;
 
 /*
  * ---- Access points per band ----
  *
- * Bands go by the centre frequency. VEXA_WIFI_NOT_COLLECTED ("init_string"): no link, or the link in use is not Wi-Fi.
+ * Bands go by the centre frequency. VEXA_NOT_COLLECTED ("init_string"): no link, or the link in use is not Wi-Fi.
  */
 
 /* Access points below 5001 MHz. */
@@ -127,8 +125,8 @@ uint32_t RF_WiFi_6G_AP_Num(void) VEXA_NOEXCEPT;
 VexaText RF_WiFi_2_4G_AP_Ch_Num(void) VEXA_NOEXCEPT;
 
 /*
- * 5 GHz by band; keys "band1" (5151 to 5250 MHz), "band2" (5251 to 5350), "band3" (5471 to 5725), "band4" (5726 to 5850);
- * the upper end does not belong to the band.
+ * 5 GHz by band; keys "band1" (5151 to 5250 MHz), "band2" (5251 to 5350), "band3" (5471 to 5725), "band4" (5726 to
+ * 5850); the upper end does not belong to the band.
  */
 VexaText RF_WiFi_5G_AP_Band_Num(void) VEXA_NOEXCEPT;
 
@@ -141,9 +139,9 @@ VexaText RF_WiFi_6G_AP_NUII_Num(void) VEXA_NOEXCEPT;
 /*
  * ---- Access points by signal strength ----
  *
- * Keys "-10~-20", "-20~-30", ... "-90~-100". Each holds the nine values between its ends: an access point at exactly -10,
- * -20, ... -100 dBm, above -11 or below -99 is in none. The 5 GHz text covers 5001 MHz up to 5851 MHz, the 6 GHz text
- * everything above, also frequencies that are in no band. "init_string" as above.
+ * Keys "-10~-20", "-20~-30", ... "-90~-100". Each holds the nine values between its ends: an access point at exactly
+ * -10, -20, ... -100 dBm, above -11 or below -99 is in none. The 5 GHz text covers 5001 MHz up to 5851 MHz, the 6 GHz
+ * text everything above, also frequencies that are in no band. "init_string" as above.
  */
 VexaText RF_WiFi_2_4G_AP_RSSI_Num(void) VEXA_NOEXCEPT;
 VexaText RF_WiFi_5G_AP_RSSI_Num(void) VEXA_NOEXCEPT;
