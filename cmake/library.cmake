@@ -29,16 +29,27 @@ add_library(vexa_objects OBJECT
   frame/lifecycle.cc
   frame/log.cc
   frame/mutex_guard.cc
+  frame/present_device.cc
   frame/registry.cc
   frame/trace.cc
   frame/trace_exports.cc
+  radio/antenna_reader.cc
+  radio/antenna_records.cc
   radio/bluetooth.cc
+  radio/bss_list.cc
   radio/connection_type.cc
   radio/count_text.cc
+  radio/elements.cc
+  radio/max_rate.cc
   radio/peripheral_class.cc
+  radio/rate_tables.cc
+  radio/scan_classifier.cc
   radio/usb.cc
   radio/usb_port.cc
   radio/usb_type_c.cc
+  radio/wifi_collector.cc
+  radio/wifi_exports.cc
+  radio/wlan_client.cc
   system/system_state.cc
   system/versions.cc
   system/volume.cc

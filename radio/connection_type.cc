@@ -13,6 +13,7 @@
 #include "frame/log.h"
 #include "frame/text_value.h"
 #include "radio/peripheral_class.h"
+#include "radio/wifi_interface.h"
 #include "vexa/peripherals.h"
 
 namespace vexa {
@@ -30,7 +31,8 @@ std::vector<NetworkInterface> ReadInterfaces() {
     row.InterfaceLuid = table.get()->Table[i].InterfaceLuid;
     row.InterfaceIndex = table.get()->Table[i].InterfaceIndex;
     if (GetIfEntry2(&row) != NO_ERROR) continue;
-    interfaces.push_back({.type = row.Type,
+    interfaces.push_back({.index = row.InterfaceIndex,
+                          .type = row.Type,
                           .medium = static_cast<uint32_t>(row.PhysicalMediumType),
                           .hardware = row.InterfaceAndOperStatusFlags.HardwareInterface != 0,
                           .up = row.OperStatus == IfOperStatusUp});
@@ -41,6 +43,8 @@ std::vector<NetworkInterface> ReadInterfaces() {
 }  // namespace
 
 std::string_view ConnectionType() { return ConnectionName(ReadInterfaces()); }
+
+std::optional<uint32_t> WifiInterfaceIndex() { return WifiIndex(ReadInterfaces()); }
 
 }  // namespace vexa
 

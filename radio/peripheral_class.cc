@@ -37,7 +37,8 @@ struct LinkKind {
 };
 
 // Best first.
-constexpr LinkKind kLinkKinds[] = {{6, "ETHERNET"}, {244, "WWANPP2"}, {71, "WIFI"}};
+constexpr uint32_t kWifiType = 71;
+constexpr LinkKind kLinkKinds[] = {{6, "ETHERNET"}, {244, "WWANPP2"}, {kWifiType, "WIFI"}};
 
 }  // namespace
 
@@ -67,6 +68,16 @@ std::string_view ConnectionName(std::span<const NetworkInterface> interfaces) no
     }
   }
   return "Unknow";  // Kept: callers compare with this spelling.
+}
+
+std::optional<uint32_t> WifiIndex(std::span<const NetworkInterface> interfaces) noexcept {
+  std::optional<uint32_t> first;
+  for (const NetworkInterface& entry : interfaces) {
+    if (entry.type != kWifiType || !entry.hardware) continue;
+    if (entry.up) return entry.index;
+    if (!first) first = entry.index;
+  }
+  return first;
 }
 
 }  // namespace vexa

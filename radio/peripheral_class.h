@@ -3,6 +3,7 @@
 #define VEXA_RADIO_PERIPHERAL_CLASS_H_
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,6 +31,7 @@ class UsbVersionCounts {
 
 // A row of the system's interface table.
 struct NetworkInterface {
+  uint32_t index;   // the system's
   uint32_t type;    // IANA ifType
   uint32_t medium;  // NDIS_PHYSICAL_MEDIUM
   bool hardware;
@@ -38,6 +40,9 @@ struct NetworkInterface {
 
 // "ETHERNET", else "WWANPP2", else "WIFI", by the hardware interfaces that are up; "Unknow" without any.
 [[nodiscard]] std::string_view ConnectionName(std::span<const NetworkInterface> interfaces) noexcept;
+
+// The index of the first Wi-Fi interface that is up, else of the first one; of hardware only. Nothing without one.
+[[nodiscard]] std::optional<uint32_t> WifiIndex(std::span<const NetworkInterface> interfaces) noexcept;
 
 }  // namespace vexa
 
