@@ -103,6 +103,7 @@ def check_text(where, export):
     if text is None:
         return
     need(text["shape"] in TEXT_SHAPES, where, "unknown shape of text")
+    need(set(text) <= {"shape", "argument", "second", "capacity", "null_asks"}, where, "keys of text")
     need((text["shape"] == "returned") == (export.returns == "VexaText"), where, "shape and return type")
     if text["shape"] in ("buffer", "two_buffers"):
         buffers = {a["name"]: a for a in export.arguments if role(a) == "buffer"}

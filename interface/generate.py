@@ -7,6 +7,7 @@ usage: generate.py [--check]
 import sys
 
 import catalogue
+import cpp
 import reference
 
 # Folders that hold made files only: a file in them that nothing makes is stale too.
@@ -19,6 +20,7 @@ def made_files():
     exports = catalogue.load(top)
     files = {"interface/exports.json": catalogue.layout(top)}
     files |= reference.pages(exports, top)
+    files["include/vexa/vexa.hpp"] = cpp.header(exports, top)
     return files
 
 

@@ -82,6 +82,11 @@ class Agreement(unittest.TestCase):
                     text = source(exports, top["records"], headers.constants())
                     self.assertEqual(compile_errors(text, language, target), "")
 
+    def test_cpp_header_compiles_alone(self):
+        for target in TARGETS:
+            with self.subTest(target=target):
+                self.assertEqual(compile_errors("#include <vexa/vexa.hpp>\n", "c++", target, "c++23"), "")
+
     def test_every_family_has_its_header(self):
         included = set(re.findall(r'#include "(\w+\.h)"', (ROOT / "include/vexa/vexa.h").read_text()))
         self.assertEqual({f["header"] for f in catalogue.read()["families"]} | {"base.h"}, included)
