@@ -125,7 +125,8 @@ uint32_t Adapter_Read_PD_Get_Emark_Other(void) VEXA_NOEXCEPT;
  *
  * VEXA_NOT_AVAILABLE: the machine has the ACPI device VEXA2025, with which the wattage is not told; or the version was
  * read and is below 28; or, on ARM64, the firmware's ACPI device can't be opened, refuses, or has no value.
- * VEXA_NO_ANSWER: an exchange failed on x64. A version that can't be read does not keep the wattage from being read.
+ * VEXA_NO_ANSWER: an exchange failed on x64, or memory is short. A version that can't be read does not keep the wattage
+ * from being read.
  * On ARM64 firmware that knows no wattage may make 65534 of its "no such value".
  */
 uint32_t Adapter_Read_Standard_Watt(void) VEXA_NOEXCEPT;
@@ -170,8 +171,8 @@ uint32_t Adapter_Clear_Power_Data_Flag(void) VEXA_NOEXCEPT;
 
 /*
  * Clears the charger interrupt and then the charger information. From version 14.
- * VEXA_NOT_AVAILABLE below version 14, when the version can't be read, and on ARM64; 0 when an exchange failed. When the
- * first does, the information is left as it is.
+ * VEXA_NOT_AVAILABLE below version 14, when the version can't be read, and on ARM64; 0 when an exchange failed. When it
+ * was the first, the information is left as it is.
  */
 uint32_t Adapter_Clear_Charger_Data(void) VEXA_NOEXCEPT;
 

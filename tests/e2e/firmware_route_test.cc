@@ -5,10 +5,12 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
 #include "tests/support/import_patch.h"
+#include "tests/support/opened_device.h"
 #include "vexa/vexa.h"
 
 namespace vexa::test {
@@ -17,6 +19,7 @@ namespace {
 constexpr wchar_t kLibrary[] = L"C:\\Vexa\\VexaWinIO64.dll";
 constexpr wchar_t kNotebookKey[] = L"SOFTWARE\\Vexa\\Notebook";
 constexpr uint32_t kNoAnswer = 0x7FFFFFFF;
+constexpr uint32_t kNotAvailable = 0xFFFFFFFF;
 
 constexpr char kFirmware[] = R"({"firmware": {"log": false,
   "ec": {"tables": [{"table": 1, "registers": [{"offset": 11, "byte": 2, "writable": true}]}],
@@ -108,6 +111,37 @@ TEST_F(FirmwareRoute, ReadsAndWrites) {
   EXPECT_EQ(Export("WMICheckBatteryHealthSupport", &WMICheckBatteryHealthSupport)(1), 1u);
   EXPECT_EQ(Export("WMISetBatteryHealth", &WMISetBatteryHealth)(80, 1), 1u);
   EXPECT_EQ(Export("WMISetBatteryHealth", &WMISetBatteryHealth)(70, 1), 0u);
+}
+
+// The firmware's ACPI device: 100 W more than the argument, to which it answers with the mark of a wattage.
+BOOL WINAPI AnswerWattage(HANDLE, DWORD code, LPVOID in, DWORD in_size, LPVOID out, DWORD, LPDWORD returned,
+                          LPOVERLAPPED) {
+  if (code != 0x0022240C || in_size != 16) return FALSE;
+  const uint32_t answer = 0x10000 + 100 + static_cast<const uint32_t*>(in)[3];
+  std::memcpy(out, &answer, sizeof answer);
+  *returned = sizeof answer;
+  return TRUE;
+}
+
+TEST_F(FirmwareRoute, OfTheAdapterOnlyItsWattagesAreTold) {
+  UseRules("");
+  OpenedDevice device(library_);
+  const ImportPatch control("DeviceIoControl", AnswerWattage, library_);
+  const auto standard = Export("Adapter_Read_Standard_Watt", &Adapter_Read_Standard_Watt);
+  EXPECT_EQ(standard(), 101u);
+  EXPECT_EQ(Export("Adapter_Read_Sufficient_Watt", &Adapter_Read_Sufficient_Watt)(), 102u);
+  EXPECT_EQ(Export("Adapter_Read_ChampionPort_Watt", &Adapter_Read_ChampionPort_Watt)(), 103u);
+  EXPECT_EQ(device.name, L"\\\\.\\OBXACPI");
+  EXPECT_EQ(device.total, 3);
+  EXPECT_EQ(device.open, 0);
+  device.opens = false;
+  EXPECT_EQ(standard(), kNotAvailable);
+
+  EXPECT_EQ(Export("Adapter_Read_PDO", &Adapter_Read_PDO)(0), kNotAvailable);
+  EXPECT_EQ(Export("Adapter_Clear_Charger_Data", &Adapter_Clear_Charger_Data)(), kNotAvailable);
+  EXPECT_EQ(Export("Adapter_Read_Power_Data_Flag", &Adapter_Read_Power_Data_Flag)(), 0u);
+  EXPECT_EQ(Export("Power_PD_Charging", &Power_PD_Charging)(), 0u);
+  EXPECT_EQ(device.total, 3);
 }
 
 TEST_F(FirmwareRoute, ConnectAndQueryThatNeverReturnAreGivenUpAfterTheirFiveSeconds) {

@@ -11,10 +11,14 @@
 
 namespace vexa::test {
 
-// While it lives, every file that is opened is this device, and nothing else may be closed. One at a time.
+// While it lives, every file that `module` (the program itself by default) opens is this device, and it may close
+// nothing else. One at a time.
 class OpenedDevice {
  public:
-  OpenedDevice() { current_ = this; }
+  explicit OpenedDevice(HMODULE module = GetModuleHandleW(nullptr))
+      : open_("CreateFileW", Open, module), close_("CloseHandle", Close, module) {
+    current_ = this;
+  }
   ~OpenedDevice() { current_ = nullptr; }
 
   bool opens = true;
@@ -46,8 +50,8 @@ class OpenedDevice {
     return TRUE;
   }
 
-  ImportPatch open_{"CreateFileW", Open};
-  ImportPatch close_{"CloseHandle", Close};
+  ImportPatch open_;
+  ImportPatch close_;
 };
 
 }  // namespace vexa::test
