@@ -85,16 +85,8 @@ const Case kCases[] = {
 
 class AdapterValues : public AdapterTest<testing::TestWithParam<Case>> {
  protected:
-  std::string VersionLine(const std::string& version) {
-    const char* name = GetParam().log_name != nullptr ? GetParam().log_name : GetParam().name;
-    return std::string("5 [EC_BH][") + name + "] BatteryHealthyTable version: " + version;
-  }
-
-  const Exchanges all_ = [] {
-    Exchanges all = GetParam().reads;
-    all.insert(all.begin(), kReadVersion);
-    return all;
-  }();
+  const Exchanges all_ = BehindVersion(GetParam().reads);
+  const char* const log_name_ = GetParam().log_name != nullptr ? GetParam().log_name : GetParam().name;
 };
 
 TEST_P(AdapterValues, FromTheirLeastVersionOn) {
@@ -102,7 +94,7 @@ TEST_P(AdapterValues, FromTheirLeastVersionOn) {
     UseVersion(version);
     EXPECT_EQ(GetParam().call(), GetParam().value) << "version " << version;
     EXPECT_EQ(ec_.TakeExchanges(), all_);
-    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(std::to_string(version))));
+    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(log_name_, std::to_string(version))));
   }
 }
 
@@ -111,7 +103,7 @@ TEST_P(AdapterValues, BelowItNothingIsRead) {
     UseVersion(version);
     EXPECT_EQ(GetParam().call(), GetParam().refusal.below_version) << "version " << version;
     EXPECT_THAT(ec_.TakeExchanges(), ElementsAre(kReadVersion));
-    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(std::to_string(version))));
+    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(log_name_, std::to_string(version))));
   }
 }
 
@@ -123,7 +115,7 @@ TEST_P(AdapterValues, EachExchangeFailingInTurn) {
       EXPECT_EQ(GetParam().call(), i == 0 ? GetParam().refusal.below_version : GetParam().refusal.on_failure)
           << "exchange " << i;
       EXPECT_EQ(ec_.TakeExchanges(), FirstOf(all_, i + 1));
-      EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(i == 0 ? "2147483647" : "28")));
+      EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(log_name_, i == 0 ? "2147483647" : "28")));
     }
   }
 }
@@ -133,8 +125,8 @@ TEST_P(AdapterValues, TheFirmwareHasNone) {
   UseVersion(28);
   EXPECT_EQ(GetParam().call(), GetParam().refusal.below_version);
   EXPECT_THAT(ec_.TakeExchanges(), IsEmpty());
-  EXPECT_THAT(TakeLines(),
-              ElementsAre("5 [BatteryHealthyTable_ReadVersion] ARM64: using WMImethods.", VersionLine("2147483647")));
+  EXPECT_THAT(TakeLines(), ElementsAre("5 [BatteryHealthyTable_ReadVersion] ARM64: using WMImethods.",
+                                       VersionLine(log_name_, "2147483647")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Members, AdapterValues, testing::ValuesIn(kCases),

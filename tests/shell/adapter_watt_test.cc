@@ -83,15 +83,7 @@ class AdapterWatt : public AdapterTest<testing::TestWithParam<Case>> {
       return EcReply{.value = static_cast<uint8_t>(requests_++ % 2 == 0 ? 0x2A : record.data[1] | 0x80)};
     };
   }
-  std::string VersionLine(const std::string& version) {
-    return std::string("5 [EC_BH][") + GetParam().name + "] BatteryHealthyTable version: " + version;
-  }
-
-  const Exchanges all_ = [] {
-    Exchanges all = GetParam().reads;
-    all.insert(all.begin(), kReadVersion);
-    return all;
-  }();
+  const Exchanges all_ = BehindVersion(GetParam().reads);
   int requests_ = 0;
   ImportPatch open_key_{"RegOpenKeyExW", OpenKey};
   ImportPatch close_key_{"RegCloseKey", CloseKey};
@@ -102,7 +94,7 @@ TEST_P(AdapterWatt, IsTheSecondAnswerOfEachByte) {
     UseTable(version);
     EXPECT_EQ(GetParam().call(), GetParam().value);
     EXPECT_EQ(ec_.TakeExchanges(), all_);
-    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(std::to_string(version))));
+    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(GetParam().name, std::to_string(version))));
   }
   EXPECT_EQ(g_registry.opened, 3);
   EXPECT_EQ(g_registry.closed, 0);

@@ -45,14 +45,7 @@ const Case kCases[] = {
 
 class AdapterWrites : public AdapterTest<testing::TestWithParam<Case>> {
  protected:
-  std::string VersionLine(const std::string& version) {
-    return std::string("5 [EC_BH][") + GetParam().log_name + "] BatteryHealthyTable version: " + version;
-  }
-  const Exchanges all_ = [] {
-    Exchanges all = GetParam().writes;
-    all.insert(all.begin(), kReadVersion);
-    return all;
-  }();
+  const Exchanges all_ = BehindVersion(GetParam().writes);
 };
 
 TEST_P(AdapterWrites, Gate) {
@@ -61,7 +54,7 @@ TEST_P(AdapterWrites, Gate) {
     const bool passes = version >= GetParam().least_version;
     EXPECT_EQ(GetParam().call(), passes ? 1u : GetParam().below_version) << "version " << version;
     EXPECT_EQ(ec_.TakeExchanges(), passes ? all_ : FirstOf(all_, 1));
-    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(std::to_string(version))));
+    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(GetParam().log_name, std::to_string(version))));
   }
 }
 
@@ -72,7 +65,7 @@ TEST_P(AdapterWrites, EachExchangeFailingInTurn) {
       ec_.FailExchange(static_cast<int>(i), failure);
       EXPECT_EQ(GetParam().call(), i == 0 ? GetParam().below_version : 0) << "exchange " << i;
       EXPECT_EQ(ec_.TakeExchanges(), FirstOf(all_, i + 1));
-      EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(i == 0 ? "2147483647" : "28")));
+      EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(GetParam().log_name, i == 0 ? "2147483647" : "28")));
     }
   }
 }
@@ -91,8 +84,8 @@ INSTANTIATE_TEST_SUITE_P(Members, AdapterWrites, testing::ValuesIn(kCases),
 
 constexpr char kReadFlags[] = "dd 06 01 00 read";
 constexpr char kClearFlags[] = "dd 86 35 81";
-constexpr char kReadLine[] = "5 [EC_BH][Adapter_Read_Power_Data_Flag] BatteryHealthyTable version: ";
-constexpr char kClearLine[] = "5 [EC_BH][Adapter_Clear_Power_Data_Flag_Bitwise] BatteryHealthyTable version: ";
+constexpr char kReadName[] = "Adapter_Read_Power_Data_Flag";
+constexpr char kClearName[] = "Adapter_Clear_Power_Data_Flag_Bitwise";
 
 using DataFlags = AdapterTest<>;
 
@@ -101,13 +94,14 @@ TEST_F(DataFlags, AreWrittenBackAboveVersion23) {
     UseVersion(version);
     EXPECT_EQ(Adapter_Read_Power_Data_Flag(), 0x81u);
     EXPECT_THAT(ec_.TakeExchanges(), ElementsAre(kReadVersion, kReadFlags)) << version;
-    EXPECT_THAT(TakeLines(), ElementsAre(kReadLine + std::to_string(version)));
+    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(kReadName, std::to_string(version))));
   }
   for (const int version : {24, 255}) {
     UseVersion(version);
     EXPECT_EQ(Adapter_Read_Power_Data_Flag(), 0x81u);
     EXPECT_THAT(ec_.TakeExchanges(), ElementsAre(kReadVersion, kReadFlags, kReadVersion, kClearFlags)) << version;
-    EXPECT_THAT(TakeLines(), ElementsAre(kReadLine + std::to_string(version), kClearLine + std::to_string(version)));
+    EXPECT_THAT(TakeLines(), ElementsAre(VersionLine(kReadName, std::to_string(version)),
+                                         VersionLine(kClearName, std::to_string(version))));
   }
   for (const int version : {0, 13}) {
     UseVersion(version);

@@ -23,6 +23,16 @@ inline constexpr ScriptedEc::Failure kFailures[] = {ScriptedEc::Failure::kStatus
 
 using Exchanges = std::vector<std::string>;
 
+// What an export sends in all: the version's exchange and those behind it.
+inline Exchanges BehindVersion(Exchanges exchanges) {
+  exchanges.insert(exchanges.begin(), kReadVersion);
+  return exchanges;
+}
+
+inline std::string VersionLine(const std::string& log_name, const std::string& version) {
+  return "5 [EC_BH][" + log_name + "] BatteryHealthyTable version: " + version;
+}
+
 inline Exchanges FirstOf(const Exchanges& exchanges, size_t count) {
   return {exchanges.begin(), exchanges.begin() + static_cast<ptrdiff_t>(count)};
 }
