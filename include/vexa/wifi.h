@@ -62,8 +62,7 @@ uint32_t RF_WiFiIsConnected(void) VEXA_NOEXCEPT;
  *
  * name: buffer of at least VEXA_WIFI_CARD_NAME_CAPACITY characters; always terminated. Receives the name,
  * L"init_string" without a Wi-Fi interface, or L"error_string" when the collection failed.
- * Returns 0 when the text was copied, whichever of the three it is; 22 (EINVAL) when name is null; VEXA_COLLECT_FAILED,
- * with nothing copied, on an internal failure.
+ * Returns 0 when the text was copied, whichever of the three it is; 22 (EINVAL) when name is null.
  */
 uint32_t RF_WiFiCardName(wchar_t* name) VEXA_NOEXCEPT;
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/e2e/guarded_buffer.h"
+#include "tests/support/guarded_buffer.h"
 #include "tests/e2e/library.h"
 #include "tests/e2e/notebook.h"
 #include "tests/support/import_patch.h"

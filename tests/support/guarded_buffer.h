@@ -1,6 +1,6 @@
-// A buffer of an exact size that nothing can be written around.
-#ifndef VEXA_TESTS_E2E_GUARDED_BUFFER_H_
-#define VEXA_TESTS_E2E_GUARDED_BUFFER_H_
+// A buffer of an exact size that nothing can be written around, nor read behind.
+#ifndef VEXA_TESTS_SUPPORT_GUARDED_BUFFER_H_
+#define VEXA_TESTS_SUPPORT_GUARDED_BUFFER_H_
 
 #include <windows.h>
 
@@ -13,18 +13,18 @@ namespace vexa::test {
 // the first of them and the buffer are watched.
 class GuardedBuffer {
  public:
-  explicit GuardedBuffer(size_t size) : size_(size) {
-    pages_ = static_cast<char*>(VirtualAlloc(nullptr, 3 * kPage, MEM_RESERVE | MEM_COMMIT, PAGE_NOACCESS));
+  explicit GuardedBuffer(size_t size) : size_(size), inside_((size + kPage - 1) / kPage * kPage) {
+    pages_ = static_cast<char*>(VirtualAlloc(nullptr, inside_ + 2 * kPage, MEM_RESERVE | MEM_COMMIT, PAGE_NOACCESS));
     DWORD before = 0;
-    VirtualProtect(pages_ + kPage, kPage, PAGE_READWRITE, &before);
-    std::fill(pages_ + kPage, pages_ + 2 * kPage, kFill);
+    VirtualProtect(pages_ + kPage, inside_, PAGE_READWRITE, &before);
+    std::fill(pages_ + kPage, pages_ + kPage + inside_, kFill);
   }
   ~GuardedBuffer() { VirtualFree(pages_, 0, MEM_RELEASE); }
 
   GuardedBuffer(const GuardedBuffer&) = delete;
   GuardedBuffer& operator=(const GuardedBuffer&) = delete;
 
-  char* data() const { return pages_ + 2 * kPage - size_; }
+  char* data() const { return pages_ + kPage + inside_ - size_; }
   bool IsTerminated() const { return std::find(data(), data() + size_, '\0') != data() + size_; }
   bool IsUntouchedBefore() const {
     return std::all_of(pages_ + kPage, data(), [](char byte) { return byte == kFill; });
@@ -34,9 +34,10 @@ class GuardedBuffer {
   static constexpr size_t kPage = 4096;
   static constexpr char kFill = 0x5A;
   size_t size_;
+  size_t inside_;  // whole pages
   char* pages_;
 };
 
 }  // namespace vexa::test
 
-#endif  // VEXA_TESTS_E2E_GUARDED_BUFFER_H_
+#endif  // VEXA_TESTS_SUPPORT_GUARDED_BUFFER_H_

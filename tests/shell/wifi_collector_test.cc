@@ -1,0 +1,424 @@
+// The Wi-Fi snapshot on a scripted WLAN service: what is collected, in which order, and each call failing.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <objbase.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "frame/handles.h"
+#include "radio/wifi_interface.h"
+#include "tests/support/beacon.h"
+#include "tests/support/wifi_test.h"
+
+namespace vexa::test {
+namespace {
+
+using namespace beacon;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::Not;
+
+constexpr char kNothing[] = "-1000|init_string|-1000|-1000|init_string|init_string|-1000";
+constexpr char kFailed[] = "2147483647|error_string|2147483647|2147483647|error_string|error_string|2147483647";
+constexpr char kNoCounts[] = "-1000|-1000|-1000|0:0";
+constexpr char kStart[] = "5 RF_ReadWifi_Info Start";
+constexpr char kEnd[] = "5 RF_ReadWifi_Info End";
+constexpr char kGuid[] = "5 [DLL][Wrieless]InterfaceGUID{000000A0-0002-0003-0405-060708090A0B}";
+
+// HE, 2 streams, 80 MHz: 1201 Mbit/s.
+const ByteText kBeacon =
+    Ssid("home") + Ht(kHt40, {0xFF, 0xFF}) + Ht40() + Vht(kVht80, 0xFFFA) + VhtOperation(1) + He(kHe80, {0xFFFA});
+
+// An interface on a network of four access points, the connected one last, and a foreign network.
+FakeWlanInterface Home() {
+  FakeWlanInterface adapter;
+  const MacAddress own = adapter.bssid;
+  adapter.channel = 36;
+  adapter.access_points = {
+      {.ssid = "home", .bssid = {1}, .rssi_dbm = -41, .frequency_khz = 2'412'000},
+      {.ssid = "cafe", .bssid = own, .rssi_dbm = -30, .frequency_khz = 2'412'000},
+      {.ssid = "home", .bssid = {2}, .rssi_dbm = -70, .frequency_khz = 2'437'000},
+      {.ssid = "home", .bssid = {3}, .rssi_dbm = -88, .frequency_khz = 5'955'000},
+      {.ssid = "home", .bssid = own, .rssi_dbm = -52, .frequency_khz = 5'180'000, .elements = kBeacon}};
+  return adapter;
+}
+constexpr char kHome[] = "1|Test Wi-Fi|-52|36|802.11ax|02:11:22|1201";
+
+class WifiCollector : public WifiTest {
+ protected:
+  WifiCollector() { wlan_.interfaces = {Home()}; }
+};
+
+TEST_F(WifiCollector, WholePicture) {
+  EXPECT_EQ(RF_WiFiRssi(), static_cast<uint32_t>(-52));
+  EXPECT_THAT(Lines(), ElementsAre("5 [RF] RF_WiFiRssi FLAG FALSE", kStart, kGuid,
+                                   "5 Get main_rssi_final and aux_rssi_final from connectAPEntry->lRssi",
+                                   "5 Load rtk dll fail. Path: C:\\Program Files\\Host\\wlanCliDLL.dll",
+                                   "5 Get main_rssi_final from connectAPEntry->lRssi",
+                                   "5 Get aux_rssi_final from connectAPEntry->lRssi", kEnd));
+  EXPECT_THAT(script_.Take(),
+              ElementsAre("WlanOpenHandle 2", "WlanEnumInterfaces", "connection", "WlanGetNetworkBssList own open",
+                          "WlanGetNetworkBssList own secured", "SetupDiGetClassDevsW",
+                          "LoadLibraryExW C:\\Program Files\\Host\\wlanCliDLL.dll", "connection", "channel",
+                          "WlanGetNetworkBssList all"));
+  EXPECT_EQ(Link(), kHome);
+  EXPECT_EQ(Counts(), "2|1|1|-52:-52");
+  EXPECT_STREQ(RF_WiFi_2_4G_AP_Ch_Num().text, R"({"ch1":"1","ch11":"0","ch6":"1","others":"0"})");
+  EXPECT_STREQ(RF_WiFi_5G_AP_Band_Num().text, R"({"band1":"1","band2":"0","band3":"0","band4":"0"})");
+  EXPECT_STREQ(RF_WiFi_6G_AP_NUII_Num().text, R"({"nuii5":"1","nuii6":"0","nuii7":"0","nuii8":"0"})");
+  EXPECT_STREQ(RF_WiFi_2_4G_AP_RSSI_Num().text,
+               R"({"-10~-20":"0","-20~-30":"0","-30~-40":"0","-40~-50":"1","-50~-60":"0","-60~-70":"0",)"
+               R"("-70~-80":"0","-80~-90":"0","-90~-100":"0"})");
+  EXPECT_THAT(RF_WiFi_5G_AP_RSSI_Num().text, HasSubstr(R"("-50~-60":"1","-60~-70":"0")"));
+  EXPECT_THAT(RF_WiFi_6G_AP_RSSI_Num().text, HasSubstr(R"("-80~-90":"1","-90~-100":"0")"));
+  EXPECT_EQ(WifiAdapterName(), L"Test Wi-Fi");
+  // Collected once: no export asks the system or logs again.
+  EXPECT_THAT(script_.Take(), IsEmpty());
+  EXPECT_THAT(Lines(), IsEmpty());
+  EXPECT_EQ(wlan_.open_clients, 1);
+}
+
+TEST_F(WifiCollector, EachExportCollectsFirstAndLogsItsOwnName) {
+  const struct {
+    const char* name;
+    void (*call)();
+  } exports[] = {
+      {"RF_WiFiIsConnected", [] { (void)RF_WiFiIsConnected(); }},
+      {"RF_WiFiCardName", [] { (void)CardName(); }},
+      {"RF_WiFiRssi", [] { (void)RF_WiFiRssi(); }},
+      {"RF_WiFiChannel", [] { (void)RF_WiFiChannel(); }},
+      {"RF_PhyMode", [] { (void)RF_PhyMode(); }},
+      {"RF_AP_MAC", [] { (void)ApMac(); }},
+      {"RF_WiFiMaxRate", [] { (void)RF_WiFiMaxRate(); }},
+      {"RF_WiFi_2_4G_AP_Num", [] { (void)RF_WiFi_2_4G_AP_Num(); }},
+      {"RF_WiFi_2_4G_AP_Ch_Num", [] { (void)RF_WiFi_2_4G_AP_Ch_Num(); }},
+      {"RF_WiFi_5G_AP_Num", [] { (void)RF_WiFi_5G_AP_Num(); }},
+      {"RF_WiFi_5G_AP_Band_Num", [] { (void)RF_WiFi_5G_AP_Band_Num(); }},
+      {"RF_WiFi_6G_AP_Num", [] { (void)RF_WiFi_6G_AP_Num(); }},
+      {"RF_WiFi_6G_AP_NUII_Num", [] { (void)RF_WiFi_6G_AP_NUII_Num(); }},
+      {"RF_WiFi_2_4G_AP_RSSI_Num", [] { (void)RF_WiFi_2_4G_AP_RSSI_Num(); }},
+      {"RF_WiFi_5G_AP_RSSI_Num", [] { (void)RF_WiFi_5G_AP_RSSI_Num(); }},
+      {"RF_WiFi_6G_AP_RSSI_Num", [] { (void)RF_WiFi_6G_AP_RSSI_Num(); }},
+      {"RF_WiFi_Main_Aux_Rssi", [] { (void)RF_WiFi_Main_Aux_Rssi(); }},
+      // What the inventory asks.
+      {"RF_WiFiCardName", [] { (void)WifiAdapterName(); }},
+  };
+  for (const auto& entry : exports) {
+    g_wifi = {};
+    entry.call();
+    const std::vector<std::string> lines = Lines();
+    EXPECT_EQ(lines.front(), std::string("5 [RF] ") + entry.name + " FLAG FALSE");
+    EXPECT_EQ(lines.back(), kEnd);
+  }
+  // One client handle stays open per collection, no more and no less.
+  EXPECT_EQ(wlan_.open_clients, static_cast<int>(std::size(exports)));
+}
+
+TEST_F(WifiCollector, NoInterfaceLeavesEveryMark) {
+  wlan_.interfaces.clear();
+  for (const bool null_list : {false, true}) {
+    g_wifi = {};
+    wlan_.null_interfaces = null_list;
+    EXPECT_EQ(Link(), kNothing);
+    EXPECT_EQ(Counts(), kNoCounts);
+    EXPECT_STREQ(RF_WiFi_5G_AP_RSSI_Num().text, "init_string");
+    EXPECT_TRUE(g_wifi.collected);
+  }
+  EXPECT_EQ(wlan_.open_clients, 2);
+}
+
+TEST_F(WifiCollector, OnlyTheFirstDisconnectedInterfaceIsTold) {
+  FakeWlanInterface off{.state = wlan_interface_state_disconnected, .description = L"First"};
+  FakeWlanInterface second{.state = wlan_interface_state_authenticating, .description = L"Second"};
+  wlan_.interfaces = {off, second};
+  EXPECT_EQ(Link(), "0|First|-1000|-1000|init_string|init_string|-1000");
+  EXPECT_EQ(Counts(), kNoCounts);
+  EXPECT_THAT(script_.Take(), ElementsAre("WlanOpenHandle 2", "WlanEnumInterfaces"));
+  EXPECT_THAT(Lines(),
+              IsSupersetOf({std::string(kGuid),
+                            std::string("5 [DLL][Wrieless]InterfaceGUID{000000A1-0002-0003-0405-060708090A0B}")}));
+}
+
+TEST_F(WifiCollector, ALaterConnectedInterfaceOverridesAnEarlierOne) {
+  FakeWlanInterface off{.state = wlan_interface_state_disconnected, .description = L"First"};
+  FakeWlanInterface last = Home();
+  last.description = L"Last";
+  last.channel = 44;
+  wlan_.interfaces = {off, Home(), last, off};
+  EXPECT_EQ(Link(), "1|Last|-52|44|802.11ax|02:11:22|1201");
+}
+
+TEST_F(WifiCollector, LinkThatIsNotWifiHasNoCounts) {
+  for (const uint32_t type : {6u, 244u, 24u}) {
+    g_wifi = {};
+    wlan_.link_type = type;
+    EXPECT_EQ(Link(), kHome);
+    EXPECT_EQ(Counts(), kNoCounts) << type;
+  }
+  EXPECT_THAT(script_.Take(), Not(testing::Contains("WlanGetNetworkBssList own open")));
+}
+
+TEST_F(WifiCollector, OpenNetworkNeedsOneListForTheCounts) {
+  for (FakeAccessPoint& point : wlan_.interfaces[0].access_points) point.secured = false;
+  EXPECT_EQ(Counts(), "2|1|1|-52:-52");
+  EXPECT_THAT(script_.Take(), Not(testing::Contains("WlanGetNetworkBssList own secured")));
+}
+
+TEST_F(WifiCollector, AccessPointThatIsNotInTheList) {
+  wlan_.interfaces[0].access_points.pop_back();
+  EXPECT_EQ(Link(), "1|Test Wi-Fi|-1000|36|802.11ax|02:11:22|-1000");
+  EXPECT_EQ(Counts(), "2|0|1|0:0");
+  EXPECT_THAT(Lines(), Not(testing::Contains(HasSubstr("connectAPEntry"))));
+}
+
+TEST_F(WifiCollector, AnswersThatAreTooShortCountAsNone) {
+  wlan_.connection_bytes = sizeof(WLAN_CONNECTION_ATTRIBUTES) - 1;
+  wlan_.channel_bytes = 3;
+  EXPECT_EQ(Link(), "1|Test Wi-Fi|-1000|-1000|init_string|init_string|-1000");
+  EXPECT_EQ(Counts(), kNoCounts);
+  g_wifi = {};
+  wlan_.connection_bytes = wlan_.channel_bytes = 0;
+  EXPECT_EQ(Link(), "1|Test Wi-Fi|-1000|-1000|init_string|init_string|-1000");
+}
+
+// What the exports tell after each call of a collection has failed, alone and with all behind it.
+TEST_F(WifiCollector, EachCallFailing) {
+  const struct {
+    const char* call;
+    const char* link;
+    const char* counts;
+    const char* link_from_here;  // all calls from this one on fail
+    const char* counts_from_here;
+  } steps[] = {
+      {"WlanOpenHandle 2", kFailed, kNoCounts, kFailed, kNoCounts},
+      {"WlanEnumInterfaces", kFailed, kNoCounts, kFailed, kNoCounts},
+      {"connection", kHome, kNoCounts, kFailed, kNoCounts},
+      {"WlanGetNetworkBssList own open", kHome, "2|1|1|-52:-52", kFailed, "0|0|0|0:0"},
+      {"WlanGetNetworkBssList own secured", kHome, "0|0|0|0:0", kFailed, "0|0|0|0:0"},
+      {"SetupDiGetClassDevsW", kHome, "2|1|1|-52:-52", kFailed, "2|1|1|-52:-52"},
+      {"LoadLibraryExW C:\\Program Files\\Host\\wlanCliDLL.dll", kHome, "2|1|1|-52:-52", kFailed, "2|1|1|-52:-52"},
+      {"connection", "1|Test Wi-Fi|-1000|36|init_string|init_string|-1000", "2|1|1|-52:-52", kFailed, "2|1|1|-52:-52"},
+      {"channel", "1|Test Wi-Fi|-52|-1000|802.11ax|02:11:22|1201", "2|1|1|-52:-52", kFailed, "2|1|1|-52:-52"},
+      {"WlanGetNetworkBssList all", kFailed, "2|1|1|-52:-52", kFailed, "2|1|1|-52:-52"},
+  };
+  for (const bool from_here : {false, true}) {
+    for (int i = 0; i < static_cast<int>(std::size(steps)); ++i) {
+      SCOPED_TRACE(std::string(steps[i].call) + (from_here ? " and all behind it" : ""));
+      g_wifi = {};
+      script_.Take();
+      const int clients = wlan_.open_clients;
+      if (from_here) {
+        script_.FailFrom(i, ERROR_ACCESS_DENIED);
+      } else {
+        script_.FailOnly(i, ERROR_ACCESS_DENIED);
+      }
+      (void)Wifi("");
+      // A failing look for the device goes on to the other vendor's, so the calls are the same up to the failing one.
+      const std::vector<std::string> calls = script_.Take();
+      EXPECT_EQ(calls.at(static_cast<size_t>(i)), steps[i].call);
+      const bool failed = std::string(from_here ? steps[i].link_from_here : steps[i].link) == kFailed;
+      EXPECT_EQ(g_wifi.collected, !failed);
+      EXPECT_EQ(wlan_.open_clients, clients + (i == 0 ? 0 : 1));
+      EXPECT_EQ(wlan_.open_memory(), 0u);
+      const std::vector<std::string> lines = Lines();
+      if (failed) {
+        EXPECT_THAT(lines, Not(testing::Contains(kEnd)));
+        // Each export would try again: look at what is stored.
+        g_wifi.collected = true;
+      } else {
+        EXPECT_EQ(lines.back(), kEnd);
+      }
+      EXPECT_EQ(Link(), from_here ? steps[i].link_from_here : steps[i].link);
+      EXPECT_EQ(Counts(), from_here ? steps[i].counts_from_here : steps[i].counts);
+    }
+  }
+}
+
+TEST_F(WifiCollector, FailureLinesLoseAsManyCharactersAsTheCodeSays) {
+  const struct {
+    DWORD error;
+    const char* open;
+    const char* enumerate;
+  } codes[] = {{1, "5 lanOpenHandle failed with error:", "5 lanEnumInterfaces failed with error:"},
+               {5, "5 penHandle failed with error:", "5 numInterfaces failed with error:"},
+               {32, "5 :", "5 rror:"},
+               {33, "5 ", "5 ror:"},
+               {37, "5 ", "5 "},
+               {1168, "5 ", "5 "},
+               {0xFFFFFFFF, "5 ", "5 "}};
+  for (const auto& code : codes) {
+    g_wifi = {};
+    script_.Fail("WlanOpenHandle", code.error, 1);
+    script_.Fail("WlanEnumInterfaces", code.error, 1);
+    EXPECT_EQ(RF_WiFiChannel(), VEXA_COLLECT_FAILED);
+    EXPECT_THAT(Lines(), ElementsAre("5 [RF] RF_WiFiChannel FLAG FALSE", kStart, code.open)) << code.error;
+    EXPECT_EQ(RF_WiFiChannel(), VEXA_COLLECT_FAILED);
+    EXPECT_THAT(Lines(), ElementsAre("5 [RF] RF_WiFiChannel FLAG FALSE", kStart, code.enumerate)) << code.error;
+  }
+}
+
+TEST_F(WifiCollector, AFailedCollectionIsTriedAgainUntilOneSucceeds) {
+  script_.Fail("WlanGetNetworkBssList", ERROR_NOT_READY, 3);
+  EXPECT_EQ(RF_WiFiMaxRate(), VEXA_COLLECT_FAILED);
+  EXPECT_EQ(ApMac(), "02:11:22");
+  EXPECT_EQ(Link(), kHome);
+  EXPECT_EQ(wlan_.open_clients, 2);
+  // Marks of a failure stay where a later success fills nothing.
+  g_wifi = {};
+  script_.Fail("WlanOpenHandle", ERROR_SERVICE_NOT_ACTIVE, 1);
+  EXPECT_EQ(CardName(), "error_string");
+  wlan_.interfaces.clear();
+  EXPECT_EQ(Link(), kFailed);
+  EXPECT_TRUE(g_wifi.collected);
+}
+
+TEST_F(WifiCollector, NullListsOfAccessPointsAreEmpty) {
+  wlan_.null_bss_lists = true;
+  EXPECT_EQ(Link(), "1|Test Wi-Fi|-1000|36|802.11ax|02:11:22|-1000");
+  EXPECT_EQ(Counts(), "0|0|0|0:0");
+}
+
+TEST_F(WifiCollector, FunctionsThatTheLibraryLacks) {
+  const struct {
+    const char* function;
+    const char* link;
+  } missing[] = {{"WlanOpenHandle", kFailed},
+                 {"WlanEnumInterfaces", kFailed},
+                 {"WlanQueryInterface", "1|Test Wi-Fi|-1000|-1000|init_string|init_string|-1000"},
+                 {"WlanGetNetworkBssList", kFailed}};
+  for (const auto& lack : missing) {
+    g_wifi = {};
+    wlan_.missing_functions = {lack.function};
+    EXPECT_EQ(Link(), lack.link) << lack.function;
+    EXPECT_EQ(wlan_.open_memory(), 0u);
+  }
+}
+
+int WINAPI NoText(REFGUID, LPOLESTR, int capacity) {
+  EXPECT_EQ(capacity, 39);
+  return 0;
+}
+
+TEST_F(WifiCollector, InterfaceWhoseIdHasNoText) {
+  const ImportPatch patch("StringFromGUID2", NoText);
+  EXPECT_EQ(Link(), kHome);
+  EXPECT_EQ(Lines().at(2), "5 [DLL][Wrieless]StringFromGUID2 failed");
+}
+
+// The buffers of callers end at a page that can't be touched, and begin behind bytes that are watched.
+class WifiCallerBuffers : public WifiCollector {
+ protected:
+  static std::wstring GuardedCardName() {
+    const GuardedBuffer buffer(VEXA_WIFI_CARD_NAME_CAPACITY * sizeof(wchar_t));
+    auto* const name = reinterpret_cast<wchar_t*>(buffer.data());
+    EXPECT_EQ(RF_WiFiCardName(name), 0u);
+    EXPECT_TRUE(buffer.IsUntouchedBefore());
+    return name;
+  }
+  static std::string GuardedMac() {
+    const GuardedBuffer buffer(VEXA_WIFI_AP_MAC_CAPACITY);
+    RF_AP_MAC(buffer.data());
+    EXPECT_TRUE(buffer.IsUntouchedBefore());
+    EXPECT_TRUE(buffer.IsTerminated());
+    return buffer.data();
+  }
+};
+
+TEST_F(WifiCallerBuffers, DescriptionsOfEveryKind) {
+  std::wstring surrogates(255, wchar_t{0xDC00});
+  surrogates[254] = wchar_t{0xD800};
+  for (const std::wstring& description :
+       {std::wstring(), std::wstring(255, L'N'), surrogates, std::wstring(L"100 %s %n")}) {
+    g_wifi = {};
+    wlan_.interfaces[0].description = description;
+    EXPECT_TRUE(GuardedCardName() == description);
+  }
+  // All 256 characters of the system's field, without an end: cut.
+  g_wifi = {};
+  wlan_.interfaces[0].description = std::wstring(256, L'X');
+  EXPECT_EQ(GuardedCardName(), std::wstring(255, L'X'));
+  script_.Fail("WlanOpenHandle", 5);
+  g_wifi = {};
+  EXPECT_EQ(GuardedCardName(), L"error_string");
+  EXPECT_EQ(GuardedMac(), "error_string");
+  wlan_.interfaces.clear();
+  script_.Succeed("WlanOpenHandle");
+  g_wifi = {};
+  EXPECT_EQ(GuardedMac(), "init_string");
+  EXPECT_EQ(GuardedCardName(), L"init_string");
+}
+
+TEST_F(WifiCallerBuffers, NullIsRefusedWithoutCollecting) {
+  EXPECT_EQ(RF_WiFiCardName(nullptr), 22u);
+  RF_AP_MAC(nullptr);
+  EXPECT_THAT(script_.Take(), IsEmpty());
+  EXPECT_EQ(GuardedMac(), "02:11:22");
+}
+
+TEST_F(WifiCallerBuffers, NetworkNamesAreBytesOfAnyLength) {
+  std::string all_bytes;
+  for (int i = 0; i < 32; ++i) all_bytes += static_cast<char>(i * 8 % 251);
+  for (const std::string& ssid :
+       {std::string(), std::string(32, '\0'), std::string(32, '\xFF'), all_bytes, std::string("%s%n\0x", 6)}) {
+    g_wifi = {};
+    FakeWlanInterface& adapter = wlan_.interfaces[0];
+    adapter.ssid = ssid;
+    for (FakeAccessPoint& point : adapter.access_points) point.ssid = ssid;
+    // The same address under another name comes first.
+    adapter.access_points[1].ssid = ssid.empty() ? std::string("x") : ssid.substr(0, ssid.size() - 1);
+    EXPECT_EQ(Link(), kHome);
+    EXPECT_EQ(Counts(), "2|1|1|-52:-52");
+  }
+  // A length that the field can't have: no more than the field is read, and what is compared is cut alike.
+  wlan_.interfaces[0].ssid.assign(40, 'n');
+  wlan_.interfaces[0].access_points.back().ssid.assign(33, 'n');
+  g_wifi = {};
+  EXPECT_EQ(RF_WiFiRssi(), static_cast<uint32_t>(-52));
+}
+
+constexpr wchar_t kChildVariable[] = L"VEXA_TEST_WITHOUT_WLANAPI";
+
+// The library is loaded once per process, so this one starts itself again.
+TEST_F(WifiCollector, SystemWithoutTheLibrary) {
+  if (GetEnvironmentVariableW(kChildVariable, nullptr, 0) != 0) {
+    wlan_.missing_library = true;
+    EXPECT_EQ(Link(), kFailed);
+    EXPECT_EQ(Counts(), kNoCounts);
+    EXPECT_EQ(wlan_.open_clients, 0);
+    EXPECT_THAT(script_.Take(), IsEmpty());
+    Lines();
+    EXPECT_EQ(RF_WiFiIsConnected(), VEXA_COLLECT_FAILED);
+    // Error 126 is longer than the text.
+    EXPECT_THAT(Lines(), ElementsAre("5 [RF] RF_WiFiIsConnected FLAG FALSE", kStart, "5 "));
+    // It is looked for again by the next call.
+    wlan_.missing_library = false;
+    EXPECT_EQ(Link(), kHome);
+    return;
+  }
+  wchar_t program[MAX_PATH] = {};
+  const auto file_name = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetModuleFileNameW");
+  reinterpret_cast<DWORD(WINAPI*)(HMODULE, LPWSTR, DWORD)>(file_name)(nullptr, program, MAX_PATH);
+  std::wstring command = L"shell_test --gtest_filter=WifiCollector.SystemWithoutTheLibrary";
+  SetEnvironmentVariableW(kChildVariable, L"1");
+  STARTUPINFOW startup{.cb = sizeof startup};
+  PROCESS_INFORMATION process{};
+  const BOOL started =
+      CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+  SetEnvironmentVariableW(kChildVariable, nullptr);
+  ASSERT_TRUE(started);
+  const KernelHandle child(process.hProcess);
+  const KernelHandle thread(process.hThread);
+  ASSERT_EQ(WaitForSingleObject(child.get(), 60000), static_cast<DWORD>(WAIT_OBJECT_0));
+  DWORD code = 1;
+  GetExitCodeProcess(child.get(), &code);
+  EXPECT_EQ(code, 0u);
+}
+
+}  // namespace
+}  // namespace vexa::test
