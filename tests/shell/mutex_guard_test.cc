@@ -34,6 +34,8 @@ struct CreateCall {
   std::wstring name;
 } g_create;
 bool g_create_fails = false;
+// In place of the real name, which this program's own guards may hold.
+constexpr wchar_t kFanMutexHere[] = L"Global\\FancontrolMutex of the guard's tests";
 ImportPatch* g_create_patch = nullptr;
 
 HANDLE WINAPI RecordCreateMutex(LPSECURITY_ATTRIBUTES attributes, BOOL owned, LPCWSTR name) {
@@ -49,6 +51,7 @@ HANDLE WINAPI RecordCreateMutex(LPSECURITY_ATTRIBUTES attributes, BOOL owned, LP
     SetLastError(ERROR_ACCESS_DENIED);
     return nullptr;
   }
+  if (name != nullptr && std::wstring(name) == L"Global\\FancontrolMutex") name = kFanMutexHere;
   return g_create_patch->Original<HANDLE WINAPI(LPSECURITY_ATTRIBUTES, BOOL, LPCWSTR)>()(attributes, owned, name);
 }
 
@@ -86,7 +89,7 @@ TEST_F(MutexGuard, FirstFanGuardWaitsForNothing) {
   EXPECT_THAT(Lines(), ElementsAre("1 [MutexWrapper] ReleaseMutex error: 288"));
   EXPECT_EQ(guard.Lock(0), 1u);
   OnThread([] {
-    const KernelHandle other(OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\FancontrolMutex"));
+    const KernelHandle other(OpenMutexW(SYNCHRONIZE, FALSE, kFanMutexHere));
     EXPECT_EQ(WaitForSingleObject(other.get(), 0), DWORD{WAIT_TIMEOUT});
   });
   EXPECT_EQ(guard.Unlock(), 1u);
@@ -118,10 +121,35 @@ TEST_F(MutexGuard, LostWaitWhileBuildingIsLostOnceAndNotWaitedTwice) {
   EXPECT_THAT(g_waits.asked, ElementsAre(5000, 700));
 }
 
+TEST_F(MutexGuard, WaitWhileBuildingThatIsGivenBackIsNoLock) {
+  MutexWrapper first = MutexWrapper::Fan(10000);
+  MutexWrapper second = MutexWrapper::Fan(4000);
+  EXPECT_EQ(second.Unlock(), 1u);
+  HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  HANDLE taken = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  std::thread owner([&] {
+    EXPECT_EQ(first.Lock(0), 1u);
+    SetEvent(taken);
+    WaitForSingleObjectEx(done, INFINITE, FALSE);
+    EXPECT_EQ(first.Unlock(), 1u);
+  });
+  WaitForSingleObjectEx(taken, INFINITE, FALSE);
+  EXPECT_EQ(second.Lock(0), 0u);
+  // A wait that was lost while building is over as well: the next lock waits for itself.
+  MutexWrapper third = MutexWrapper::Fan(0);
+  EXPECT_EQ(third.Unlock(), 0u);
+  SetEvent(done);
+  owner.join();
+  EXPECT_EQ(third.Lock(0), 1u);
+  EXPECT_EQ(third.Unlock(), 1u);
+  CloseHandle(taken);
+  CloseHandle(done);
+}
+
 TEST_F(MutexGuard, AbandonedMutexFailsOnceAndIsGivenBack) {
   MutexWrapper guard = MutexWrapper::Fan(0);
   OnThread([] {
-    const KernelHandle mutex(OpenMutexW(MUTEX_ALL_ACCESS, FALSE, L"Global\\FancontrolMutex"));
+    const KernelHandle mutex(OpenMutexW(MUTEX_ALL_ACCESS, FALSE, kFanMutexHere));
     EXPECT_EQ(WaitForSingleObject(mutex.get(), 0), DWORD{WAIT_OBJECT_0});
   });
   EXPECT_EQ(guard.Lock(0), 0u);
@@ -135,7 +163,7 @@ TEST_F(MutexGuard, AbandonedMutexFailsOnceAndIsGivenBack) {
 TEST_F(MutexGuard, AbandonedWhileBuilding) {
   const MutexWrapper keep = MutexWrapper::Fan(0);
   OnThread([] {
-    const KernelHandle mutex(OpenMutexW(MUTEX_ALL_ACCESS, FALSE, L"Global\\FancontrolMutex"));
+    const KernelHandle mutex(OpenMutexW(MUTEX_ALL_ACCESS, FALSE, kFanMutexHere));
     EXPECT_EQ(WaitForSingleObject(mutex.get(), 0), DWORD{WAIT_OBJECT_0});
   });
   Lines();
@@ -183,7 +211,7 @@ TEST_F(MutexGuard, DestroyingReleasesAndCloses) {
     MutexWrapper guard = MutexWrapper::Fan(0);
     ASSERT_EQ(guard.Lock(0), 1u);
   }
-  EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\FancontrolMutex"), nullptr);
+  EXPECT_EQ(OpenMutexW(SYNCHRONIZE, FALSE, kFanMutexHere), nullptr);
   MutexWrapper keep = MutexWrapper::Fan(0);
   {
     MutexWrapper guard = MutexWrapper::Fan(0);
