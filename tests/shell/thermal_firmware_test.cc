@@ -63,7 +63,8 @@ TEST_F(ThermalFirmware, OneRegisterEach) {
     uint32_t value;
     const char* line;
   } members[] = {
-      {HealthyTable_FanCounts, "ec_read_command_byte 11 1", 2, 2, "5 [HealthyTable_FanCounts] ARM64: using WMImethods."},
+      {HealthyTable_FanCounts, "ec_read_command_byte 11 1", 2, 2,
+       "5 [HealthyTable_FanCounts] ARM64: using WMImethods."},
       {HealthyTable_GetFanTestMode, "ec_read_command_byte 2 1", 0x02, 1,
        "5 [EC_BH][HealthyTable_GetFanTestMode] ARM64: using WMImethods."},
       {HealthyTable_GetFanTestMode, "ec_read_command_byte 2 1", 0xFD, 0,
@@ -143,9 +144,9 @@ TEST_F(ThermalFirmware, EveryFanHasTheOneSpeed) {
   uint32_t rpm[] = {1, 1, 1};
   EXPECT_EQ(HealthyTable_Read_Fan(rpm), 3120u);
   EXPECT_THAT(rpm, ElementsAre(3120u, 3120u, 1u));
-  EXPECT_THAT(Requests(), ElementsAre("ec_read_command_byte 11 1", "ec_read_command_byte 9 1",
-                                      "ec_read_command_byte 8 1", "ec_read_command_byte 9 1",
-                                      "ec_read_command_byte 8 1"));
+  EXPECT_THAT(Requests(),
+              ElementsAre("ec_read_command_byte 11 1", "ec_read_command_byte 9 1", "ec_read_command_byte 8 1",
+                          "ec_read_command_byte 9 1", "ec_read_command_byte 8 1"));
   EXPECT_EQ(Quillo_Read_Fan(1), 3120u);
   EXPECT_EQ(Requests().size(), 3u);
   EXPECT_EQ(Quillo_Read_Fan(2), 0u);

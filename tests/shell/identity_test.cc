@@ -1,0 +1,223 @@
+// The EC's identity: what is asked of the EC, and what the registry keeps of it.
+#include "vexa/identity.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <map>
+#include <optional>
+
+#include "frame/library_state.h"
+#include "tests/support/registry_script.h"
+#include "tests/support/scripted_ec.h"
+#include "tests/support/trace_recorder.h"
+
+namespace vexa::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr wchar_t kKey[] = L"SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis";
+constexpr uint32_t kNoAnswer = 0x7FFFFFFF;
+
+struct Member {
+  const char* name;
+  uint32_t (*call)();
+  const wchar_t* value;
+  std::vector<std::string> exchanges;
+  uint32_t answer;
+};
+
+const Member kMembers[] = {
+    {"ChipId", EC_ReadEcChipId, L"EcChipId", {"bb 10 read"}, 0x85},
+    {"ChipName",
+     EC_ReadEcChipName,
+     L"EcChipName",
+     {"bb 12 read", "bb 13 read", "bb 14 read", "bb 15 read"},
+     0xD8565839},
+    {"FwRev", EC_ReadEcFwRev, L"EcFwRev", {"bb 51 read", "bb 03 read", "bb 04 read"}, 0x4143},
+};
+
+class Identity : public testing::Test {
+ protected:
+  Identity() {
+    Forget();
+    ec_.answer = [this](const EcCommandRecord& record) {
+      return EcReply{.value = record.command == 0xBB ? registers_[record.data[0]] : uint8_t{0}};
+    };
+    TraceRecorder::Get().TakeEvents();
+  }
+  ~Identity() override { Forget(); }
+
+  static void Forget() {
+    for (const Member& member : kMembers) RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kKey, member.value);
+  }
+  static void Store(const wchar_t* value, DWORD type, const void* bytes, size_t size) {
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, kKey, value, type, bytes, static_cast<DWORD>(size));
+  }
+  // The DWORD that is kept; nothing when the value is missing or anything else.
+  static std::optional<uint32_t> Kept(const wchar_t* value) {
+    uint32_t number = 0;
+    DWORD type = 0;
+    DWORD size = sizeof number;
+    const LSTATUS status = RegGetValueW(HKEY_LOCAL_MACHINE, kKey, value, RRF_RT_ANY, &type, &number, &size);
+    return status == ERROR_SUCCESS && type == REG_DWORD && size == 4 ? std::optional(number) : std::nullopt;
+  }
+  static bool IsKept(const wchar_t* value) {
+    return RegGetValueW(HKEY_LOCAL_MACHINE, kKey, value, RRF_RT_ANY, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+  }
+
+  std::map<uint8_t, uint8_t> registers_{{0x03, 'A'}, {0x04, 'C'}, {0x10, 0x85}, {0x12, 0xD8},
+                                        {0x13, 'V'}, {0x14, 'X'}, {0x15, '9'},  {0x51, 0x81}};
+  ScriptedEc ec_;
+};
+
+TEST_F(Identity, AskedOnceAndThenAnsweredFromTheRegistry) {
+  for (const Member& member : kMembers) {
+    SCOPED_TRACE(member.name);
+    EXPECT_EQ(member.call(), member.answer);
+    EXPECT_THAT(ec_.TakeExchanges(), ElementsAreArray(member.exchanges));
+    EXPECT_EQ(Kept(member.value), member.answer);
+  }
+  // Another EC changes nothing, nor does a library that is not ready.
+  registers_ = {{0x51, 0x80}};
+  g_library.initialised = false;
+  for (const Member& member : kMembers) EXPECT_EQ(member.call(), member.answer) << member.name;
+  EXPECT_THAT(ec_.TakeExchanges(), IsEmpty());
+}
+
+TEST_F(Identity, EachExchangeFailingInTurnLeavesTheRegistryAlone) {
+  for (const Member& member : kMembers) {
+    for (size_t i = 0; i < member.exchanges.size(); ++i) {
+      for (const ScriptedEc::Failure failure : {ScriptedEc::Failure::kStatus, ScriptedEc::Failure::kRequest}) {
+        SCOPED_TRACE(member.name);
+        ec_.FailExchange(static_cast<int>(i), failure);
+        EXPECT_EQ(member.call(), kNoAnswer) << "exchange " << i;
+        EXPECT_THAT(ec_.TakeExchanges(), ElementsAreArray(member.exchanges.begin(),
+                                                          member.exchanges.begin() + static_cast<ptrdiff_t>(i) + 1));
+        EXPECT_FALSE(IsKept(member.value));
+      }
+    }
+    // The next call tries again.
+    ec_.FailExchange(-1, ScriptedEc::Failure::kNone);
+    EXPECT_EQ(member.call(), member.answer);
+    ec_.TakeExchanges();
+  }
+}
+
+TEST_F(Identity, NumbersAndTextsOfNumbersAreTaken) {
+  for (const Member& member : kMembers) {
+    for (const uint32_t number : {0u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
+      Store(member.value, REG_DWORD, &number, sizeof number);
+      EXPECT_EQ(member.call(), number);
+    }
+    Store(member.value, REG_SZ, L"4294967295", 22);
+    EXPECT_EQ(member.call(), 0xFFFFFFFFu);
+    Store(member.value, REG_SZ, L"133", 8);
+    EXPECT_EQ(member.call(), 133u);
+  }
+  EXPECT_THAT(ec_.TakeExchanges(), IsEmpty());
+}
+
+TEST_F(Identity, AnythingElseIsMissingAndReplaced) {
+  const uint8_t bytes[8] = {1};
+  for (const Member& member : kMembers) {
+    SCOPED_TRACE(member.name);
+    const auto expect_replaced = [&](const std::string& what) {
+      EXPECT_EQ(member.call(), member.answer) << what;
+      EXPECT_THAT(ec_.TakeExchanges(), ElementsAreArray(member.exchanges)) << what;
+      EXPECT_EQ(Kept(member.value), member.answer) << what;
+    };
+    for (const wchar_t* text : {L"", L"0x85", L"12 ", L" 12", L"-1", L"+1", L"4294967296", L"ERROR_READREG", L"\x0661",
+                                L"1\x0131", L"99999999999999999999999999999999999999999999999999999999999999999999"}) {
+      Store(member.value, REG_SZ, text, (std::wcslen(text) + 1) * sizeof(wchar_t));
+      expect_replaced(Narrow(text));
+    }
+    Store(member.value, REG_BINARY, bytes, 4);
+    expect_replaced("four bytes");
+    Store(member.value, REG_QWORD, bytes, 8);
+    expect_replaced("a number of 64 bits");
+    Store(member.value, REG_DWORD, bytes, 2);
+    expect_replaced("a short number");
+    Store(member.value, REG_DWORD, bytes, 8);
+    expect_replaced("a long number");
+    Store(member.value, REG_EXPAND_SZ, L"12", 6);
+    expect_replaced("a text of another kind");
+  }
+}
+
+TEST_F(Identity, TheRegistryRefusingInTurn) {
+  constexpr char kRead[] = "read HKLM SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis 20019";
+  constexpr char kOpen[] = "open HKLM SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis 20006";
+  constexpr char kCreate[] = "create HKLM SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis f003f";
+  constexpr char kSet[] = "set EcChipId 4 4";
+  RegistryScript registry;
+  registry.script.Fail("set", ERROR_ACCESS_DENIED);
+  EXPECT_EQ(EC_ReadEcChipId(), 0x85u);
+  EXPECT_THAT(registry.script.Take(), ElementsAre(kRead, kOpen, kSet));
+  registry.script.Fail("open", ERROR_ACCESS_DENIED);
+  registry.script.Fail("create", ERROR_ACCESS_DENIED);
+  EXPECT_EQ(EC_ReadEcChipId(), 0x85u);
+  EXPECT_THAT(registry.script.Take(), ElementsAre(kRead, kOpen, kCreate));
+  EXPECT_FALSE(IsKept(L"EcChipId"));
+  registry.script.Succeed("create");
+  registry.script.Succeed("set");
+  EXPECT_EQ(EC_ReadEcChipId(), 0x85u);
+  EXPECT_THAT(registry.script.Take(), ElementsAre(kRead, kOpen, kCreate, kSet));
+  EXPECT_EQ(Kept(L"EcChipId"), 0x85u);
+  // A key that can't be read is a value that is missing.
+  registers_[0x10] = 0x86;
+  registry.script.Succeed("open");
+  registry.script.Fail("read", ERROR_ACCESS_DENIED);
+  EXPECT_EQ(EC_ReadEcChipId(), 0x86u);
+  EXPECT_EQ(Kept(L"EcChipId"), 0x86u);
+}
+
+TEST_F(Identity, RevisionsOfTheEc) {
+  const struct {
+    uint8_t vendor, first, second;
+    uint32_t revision;
+    const char* line;
+    size_t exchanges;
+  } cases[] = {
+      {0x80, '1', '2', 0x7FFF, "5 Vendor BYTE = 80", 3},  {0xFF, 'A', 'B', 0x4142, "5 Vendor BYTE = ff", 3},
+      {0x81, 'C', 'F', 0x4346, "5 Vendor BYTE = 81", 3},  {0x90, 'x', '1', 0x7831, "5 Vendor BYTE = 90", 3},
+      {0xC0, 'A', 0xFF, 0x41FF, "5 Vendor BYTE = c0", 3}, {0x7F, 'A', 'B', 65535, "5 Vendor BYTE = 7f", 1},
+      {0x00, 'A', 'B', 65535, "5 Vendor BYTE = 0", 1},
+  };
+  for (const auto& one : cases) {
+    Forget();
+    registers_[0x51] = one.vendor;
+    registers_[0x03] = one.first;
+    registers_[0x04] = one.second;
+    TraceRecorder::Get().TakeEvents();
+    EXPECT_EQ(EC_ReadEcFwRev(), one.revision);
+    EXPECT_EQ(ec_.TakeExchanges().size(), one.exchanges);
+    EXPECT_THAT(TraceRecorder::Get().TakeLines(), Contains(one.line));
+    EXPECT_EQ(Kept(L"EcFwRev"), one.revision);
+    TraceRecorder::Get().TakeEvents();
+    EXPECT_EQ(EC_ReadEcFwRev(), one.revision);
+    EXPECT_THAT(TraceRecorder::Get().TakeLines(), Not(Contains(one.line)));
+  }
+}
+
+TEST_F(Identity, ProjectInformationIsAskedEachTime) {
+  EXPECT_EQ(EC_ReadProjectInformation(), 0x81u);
+  registers_[0x51] = 0;
+  EXPECT_EQ(EC_ReadProjectInformation(), 0u);
+  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("bb 51 read", "bb 51 read"));
+  for (const ScriptedEc::Failure failure : {ScriptedEc::Failure::kStatus, ScriptedEc::Failure::kRequest}) {
+    ec_.FailExchange(0, failure);
+    EXPECT_EQ(EC_ReadProjectInformation(), kNoAnswer);
+    ec_.TakeExchanges();
+  }
+  for (const Member& member : kMembers) EXPECT_FALSE(IsKept(member.value));
+}
+
+}  // namespace
+}  // namespace vexa::test
