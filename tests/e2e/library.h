@@ -62,6 +62,15 @@ class Library {
   decltype(&::Adapter_Read_PDO) Adapter_Read_PDO = Find("Adapter_Read_PDO");
   decltype(&::Adapter_Read_PD_IC_PN) Adapter_Read_PD_IC_PN = Find("Adapter_Read_PD_IC_PN");
   decltype(&::Adapter_Set_Notify_Control) Adapter_Set_Notify_Control = Find("Adapter_Set_Notify_Control");
+  decltype(&::HealthyTable_Read_Fan) HealthyTable_Read_Fan = Find("HealthyTable_Read_Fan");
+  decltype(&::HealthyTable_SetFanIndex) HealthyTable_SetFanIndex = Find("HealthyTable_SetFanIndex");
+  decltype(&::HealthyTable_SetFanPwmDuty) HealthyTable_SetFanPwmDuty = Find("HealthyTable_SetFanPwmDuty");
+  decltype(&::HealthyTable_SetFanTestMode) HealthyTable_SetFanTestMode = Find("HealthyTable_SetFanTestMode");
+  decltype(&::Quillo_Read_Fan) Quillo_Read_Fan = Find("Quillo_Read_Fan");
+  decltype(&::System_Read_VolumeLevel) System_Read_VolumeLevel = Find("System_Read_VolumeLevel");
+  decltype(&::System_Read_LocalTime) System_Read_LocalTime = Find("System_Read_LocalTime");
+  decltype(&::GetUWPVersion) GetUWPVersion = Find("GetUWPVersion");
+  decltype(&::GetInfVersion) GetInfVersion = Find("GetInfVersion");
   decltype(&::Power_Set_Monitor_PowerDropped) Power_Set_Monitor_PowerDropped = Find("Power_Set_Monitor_PowerDropped");
 };
 

@@ -12,7 +12,7 @@ namespace vexa::test {
 // Parts that a peer can play.
 //
 // "library" loads the library and knows the commands "initialize", "shutdown", "stop OPTION", "references",
-// "number NAME", "trace" and "exit". Before the answer, which begins with "=", it tells of each wait of the
+// "number NAME", "testmode MODE", "fan INDEX", "trace" and "exit". Before the answer, which begins with "=", it tells of each wait of the
 // library: "wait MS" when it begins, "waited RESULT" when it ends.
 //
 // "owner" knows "take" (creates the mutex owned), "release" (gives it back and closes it) and "exit".

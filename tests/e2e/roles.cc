@@ -56,6 +56,12 @@ int PlayLibrary() {
       words >> option;
       answer = library.StopWinIoDriver(option);
     }
+    if (command == "testmode" || command == "fan") {
+      int32_t argument = 0;
+      words >> argument;
+      answer = command == "fan" ? library.Quillo_Read_Fan(argument)
+                                : library.HealthyTable_SetFanTestMode(static_cast<uint32_t>(argument));
+    }
     if (command == "number") {
       std::string name;
       words >> name;
