@@ -33,6 +33,11 @@ add_library(vexa_objects OBJECT
   frame/registry.cc
   frame/trace.cc
   frame/trace_exports.cc
+  inventory/disk_usage.cc
+  inventory/number_members.cc
+  inventory/text_members.cc
+  inventory/texts.cc
+  inventory/wifi_adapter.cc
   radio/antenna_reader.cc
   radio/antenna_records.cc
   radio/bluetooth.cc

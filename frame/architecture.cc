@@ -15,7 +15,8 @@ constexpr wchar_t kArchValue[] = L"Arch";
 constexpr wchar_t kArm64[] = L"ARM64";
 constexpr wchar_t kX64[] = L"x64";
 
-// Windows before 10 version 1511 lacks the function, so it is not in the import table; absent counts as failing.
+// False when the system does not tell. Windows before 10 version 1511 lacks the function, so it is not in the import
+// table; absent counts as failing.
 bool NativeMachine(USHORT* machine) {
   using Function = BOOL(WINAPI*)(HANDLE, USHORT*, USHORT*);
   static const auto query =
@@ -26,8 +27,8 @@ bool NativeMachine(USHORT* machine) {
 
 std::wstring DetectArchitecture() {
   USHORT machine = 0;
-  // A system that can't tell its machine is older than every ARM64 Windows.
-  return NativeMachine(&machine) && machine == IMAGE_FILE_MACHINE_ARM64 ? kArm64 : kX64;
+  const bool is_arm64 = NativeMachine(&machine) ? machine == IMAGE_FILE_MACHINE_ARM64 : ProcessorIsArm64();
+  return is_arm64 ? kArm64 : kX64;
 }
 
 }  // namespace

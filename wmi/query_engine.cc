@@ -5,6 +5,7 @@
 #include <wbemidl.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <optional>
 #include <utility>
 
@@ -108,6 +109,35 @@ constexpr Variation kDiskInRw{L"ReadWMIPropNumDiskInRW", "ReadWMIPropNumDiskInRW
 constexpr wchar_t kOemStrings[] = L"OEMStringArray";
 constexpr long kOemStringIndex = 4;
 
+std::optional<std::wstring> OemString(const VARIANT& value) { return TextElement(value, kOemStringIndex); }
+
+// How ReadWMIPropStr takes a property: WMI gives these as arrays, all others as texts.
+auto TextReaderOf(std::wstring_view property) -> std::optional<std::wstring> (*)(const VARIANT&) {
+  if (property == kOemStrings) return OemString;
+  if (property == L"UserFriendlyName") return CharactersOf;
+  if (property == L"AccessPaths") return ConvertedTextOf;
+  return TextOf;
+}
+
+// The values of the properties, whose names are joined with ",", joined in the same way. Nothing when there is none of
+// them. Counts those that there are.
+std::optional<std::wstring> FieldsOf(IWbemClassObject& row, std::wstring_view properties, uint32_t& values) {
+  std::wstring fields;
+  const uint32_t before = values;
+  for (;;) {
+    const size_t end = properties.find(L',');
+    const std::wstring property(properties.substr(0, end));
+    if (const std::optional<std::wstring> value = PropertyOf(row, property.c_str(), ConvertedTextOf)) {
+      ++values;
+      fields += *value;
+    }
+    if (end == std::wstring_view::npos) break;
+    fields += L',';
+    properties.remove_prefix(end + 1);
+  }
+  return values == before ? std::nullopt : std::optional(std::move(fields));
+}
+
 // Never throws: short of memory, the wall has left the text as it was cut.
 void ZeroWhenEmpty(std::wstring& text) noexcept {
   if (text.empty()) text = L"0";
@@ -132,28 +162,27 @@ int32_t ReadWMIProp(const wchar_t* name_space, const wchar_t* query, const wchar
 
 void ReadWMIPropStr(std::wstring& text, const wchar_t* name_space, const wchar_t* query, const wchar_t* property,
                     uint32_t com_flag) noexcept {
-  const bool oem_strings = std::wstring_view(property) == kOemStrings;
-  JoinRows(
-      kPropStr, text, name_space, query, com_flag, L";", [&](IWbemClassObject& row) -> std::optional<std::wstring> {
-        if (oem_strings) {
-          text.clear();
-          return PropertyOf(row, property, [](const VARIANT& value) { return TextElement(value, kOemStringIndex); });
-        }
-        std::optional<std::wstring> value = PropertyOf(row, property, TextOf);
-        if (!value || !value->empty()) return value;
-        LogInfo(L"[ReadWMIPropStr] SysStringLen(temp) == 0 , propname = %s", property);
-        return std::nullopt;
-      });
+  const auto reader = TextReaderOf(property);
+  JoinRows(kPropStr, text, name_space, query, com_flag, L";",
+           [&](IWbemClassObject& row) -> std::optional<std::wstring> {
+             std::optional<std::wstring> value = PropertyOf(row, property, reader);
+             if (reader == OemString) {
+               text.clear();
+               return value;
+             }
+             if (!value || !value->empty()) return value;
+             LogInfo(L"[ReadWMIPropStr] SysStringLen(temp) == 0 , propname = %s", property);
+             return std::nullopt;
+           });
 }
 
-void ReadWMIPropStr2(std::wstring& text, const wchar_t* name_space, const wchar_t* query, const wchar_t* property,
+void ReadWMIPropStr2(std::wstring& text, const wchar_t* name_space, const wchar_t* query, const wchar_t* properties,
                      uint32_t& rows, uint32_t& values, uint32_t com_flag) noexcept {
   rows = values = 0;
-  JoinRows(kPropStr2, text, name_space, query, com_flag, L",", [&](IWbemClassObject& row) {
+  const wchar_t* const joiner = std::wcschr(properties, L',') != nullptr ? L";" : L",";
+  JoinRows(kPropStr2, text, name_space, query, com_flag, joiner, [&](IWbemClassObject& row) {
     ++rows;
-    std::optional<std::wstring> value = PropertyOf(row, property, ConvertedTextOf);
-    if (value) ++values;
-    return value;
+    return FieldsOf(row, properties, values);
   });
 }
 

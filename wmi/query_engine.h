@@ -20,14 +20,16 @@ uint32_t ReadWMIEnumNum(const wchar_t* name_space, const wchar_t* query, uint32_
 int32_t ReadWMIProp(const wchar_t* name_space, const wchar_t* query, const wchar_t* property, uint32_t& value,
                     uint32_t com_flag) noexcept;
 
-// The text property of all rows, joined with ";"; empty ones are logged and left out. Of the property "OEMStringArray",
-// an array, the element at index 4 alone.
+// The text property of all rows, joined with ";"; empty ones are logged and left out. Of properties that are arrays:
+// "OEMStringArray" gives the element at index 4 of the last row alone, "UserFriendlyName" its character codes as a
+// text, "AccessPaths" its elements joined with ";".
 void ReadWMIPropStr(std::wstring& text, const wchar_t* name_space, const wchar_t* query, const wchar_t* property,
                     uint32_t com_flag) noexcept;
 
-// The property of all rows, of any type, converted to text and joined with ",". `rows` receives the number of rows,
-// `values` how many of them had a value.
-void ReadWMIPropStr2(std::wstring& text, const wchar_t* name_space, const wchar_t* query, const wchar_t* property,
+// The property of all rows, of any type, converted to text and joined with ",". Several properties, their names joined
+// with ",": each row's values joined with ",", an empty place for each value that is missing, and rows joined with ";".
+// Rows without any value are left out. `rows` receives the number of rows, `values` the number of values.
+void ReadWMIPropStr2(std::wstring& text, const wchar_t* name_space, const wchar_t* query, const wchar_t* properties,
                      uint32_t& rows, uint32_t& values, uint32_t com_flag) noexcept;
 
 // The property of the rows whose "Name" equals `name`, joined with ";"; "0" when there is none, empty on

@@ -43,20 +43,29 @@ bool GetElement(const VARIANT& array, long index, VARIANT* element) {
   return true;
 }
 
-std::optional<std::wstring> JoinedElements(const VARIANT& array) {
+// Calls `visit(element, is_first)` until it answers false. False when `array` has no elements to visit.
+template <typename Visit>
+bool VisitElements(const VARIANT& array, Visit visit) {
   long first = 0, last = -1;
   if (array.parray == nullptr || SafeArrayGetDim(array.parray) != 1 ||
       FAILED(SafeArrayGetLBound(array.parray, 1, &first)) || FAILED(SafeArrayGetUBound(array.parray, 1, &last))) {
-    return std::nullopt;
+    return false;
   }
-  std::wstring joined;
   for (long index = first; index <= last; ++index) {
     Variant element;
-    if (!GetElement(array, index, element.put())) continue;
-    if (index != first) joined += L';';
-    joined += ConvertedTextOf(element.get()).value_or(L"");
+    if (GetElement(array, index, element.put()) && !visit(element.get(), index == first)) break;
   }
-  return joined;
+  return true;
+}
+
+std::optional<std::wstring> JoinedElements(const VARIANT& array) {
+  std::wstring joined;
+  const bool visited = VisitElements(array, [&joined](const VARIANT& element, bool is_first) {
+    if (!is_first) joined += L';';
+    joined += ConvertedTextOf(element).value_or(L"");
+    return true;
+  });
+  return visited ? std::optional(std::move(joined)) : std::nullopt;
 }
 
 }  // namespace
@@ -93,6 +102,20 @@ std::optional<uint32_t> NumberOf(const VARIANT& value) noexcept {
 std::optional<std::wstring> TextOf(const VARIANT& value) {
   if (value.vt != VT_BSTR) return std::nullopt;
   return FromBstr(value.bstrVal);
+}
+
+std::optional<std::wstring> CharactersOf(const VARIANT& value) {
+  if (!(value.vt & VT_ARRAY)) return TextOf(value);
+  std::wstring text;
+  bool all_integers = true;
+  const bool visited = VisitElements(value, [&](const VARIANT& element, bool) {
+    const std::optional<int64_t> code = WholeInteger(element);
+    all_integers = code.has_value();
+    if (!code || *code == 0) return false;
+    text += static_cast<wchar_t>(*code);
+    return true;
+  });
+  return visited && all_integers ? std::optional(std::move(text)) : std::nullopt;
 }
 
 std::optional<std::wstring> ConvertedTextOf(const VARIANT& value) {

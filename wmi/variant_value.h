@@ -24,6 +24,10 @@ namespace vexa {
 // For text properties: texts only. Nothing for every other type; a null text is empty.
 [[nodiscard]] std::optional<std::wstring> TextOf(const VARIANT& value);
 
+// For texts that come as arrays of character codes: the characters up to the first zero. Texts as they are; nothing for
+// every other type, nor for an array with an element that is no integer.
+[[nodiscard]] std::optional<std::wstring> CharactersOf(const VARIANT& value);
+
 // For properties of any type: texts as they are (64-bit integers, dates), integers in decimal, booleans as "true" and
 // "false", reals with 7 (32-bit) or 15 significant digits, arrays as their elements joined with ";". Nothing for null,
 // empty, and types that WMI does not have.

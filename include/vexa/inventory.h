@@ -24,7 +24,8 @@
  *  - one value per row: the rows' values, joined with ";", in the order of WMI; rows without the value are left out;
  *  - several values per row: the values joined with "," in the order stated, each place kept also when its value is
  *    missing (",,"); rows joined with ";". A row without any of the values is left out;
- *  - numbers inside texts are decimal, 64-bit ones in full.
+ *  - numbers inside texts are decimal, 64-bit ones in full; a 32-bit one above 2147483647 shows as a negative number,
+ *    as WMI delivers it.
  * A value that holds a joiner is not marked or changed: "Maker Co., Ltd." as the first of five values makes six fields,
  * and "a;b" makes two rows. Who takes such a text apart counts the fields of each row, and takes the fields of known form
  * (numbers) from the end.

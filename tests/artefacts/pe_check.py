@@ -64,7 +64,8 @@ def check_lists(root, exports, full_list):
     def_lines = (root / "VexaWinIO64.def").read_text().split("EXPORTS", 1)[1]
     entries = [line for line in def_lines.splitlines() if line.strip() and not line.strip().startswith(";")]
     same("def/every-line-is-read", len(exports), len(entries))
-    same("def/names-are-of-the-list", set(exports) - set(full_list), set())
+    same("def/has-the-whole-list", set(exports), set(full_list))
+    same("list/is-sorted-without-doubles", full_list, sorted(set(full_list)))
     same("def/ordinals-are-places-in-the-list", exports,
          {name: full_list.index(name) + 1 for name in exports if name in full_list})
     declared = [name for header in sorted((root / "include" / "vexa").glob("*.h"))
@@ -98,7 +99,7 @@ def check_dll(machine, path, exports, full_list, version):
         check(f"{name}/{flag}", pe.dll_characteristics & bit, hex(pe.dll_characteristics))
 
     found, unnamed = pe.exports()
-    same(f"{name}/exports-are-of-the-list", set(found) - set(full_list), set())
+    same(f"{name}/exports-the-whole-list", set(found), set(full_list))
     same(f"{name}/exports-and-ordinals", found, exports)
     same(f"{name}/no-export-without-a-name", unnamed, [])
 

@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "tests/e2e/firmware_scenario.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/opened_device.h"
 #include "vexa/vexa.h"
@@ -17,7 +17,6 @@ namespace vexa::test {
 namespace {
 
 constexpr wchar_t kLibrary[] = L"C:\\Vexa\\VexaWinIO64.dll";
-constexpr wchar_t kNotebookKey[] = L"SOFTWARE\\Vexa\\Notebook";
 constexpr uint32_t kNoAnswer = 0x7FFFFFFF;
 constexpr uint32_t kNotAvailable = 0xFFFFFFFF;
 
@@ -39,12 +38,6 @@ BOOL WINAPI ShortWait(PCONDITION_VARIABLE condition, PSRWLOCK lock, DWORD ms, UL
 class FirmwareRoute : public testing::Test {
  protected:
   FirmwareRoute() {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    scenario_ = std::wstring(temp) + L"firmware-route-test.json";
-    RegCreateKeyExW(HKEY_LOCAL_MACHINE, kNotebookKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_, nullptr);
-    RegSetValueExW(key_, L"Firmware", 0, REG_SZ, reinterpret_cast<const BYTE*>(scenario_.c_str()),
-                   static_cast<DWORD>((scenario_.size() + 1) * sizeof(wchar_t)));
     release_ = CreateEventW(nullptr, TRUE, FALSE, L"Global\\vexa-firmware-release");
     ResetEvent(release_);
     SetArch(L"ARM64");
@@ -55,9 +48,6 @@ class FirmwareRoute : public testing::Test {
     if (library_ != nullptr) FreeLibrary(library_);
     EXPECT_TRUE(WaitUntilUnloaded());
     CloseHandle(release_);
-    RegDeleteValueW(key_, L"Firmware");
-    RegCloseKey(key_);
-    DeleteFileW(scenario_.c_str());
     RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Vexa\\Config", L"Arch");
   }
 
@@ -73,13 +63,8 @@ class FirmwareRoute : public testing::Test {
     library_ = LoadLibraryExW(kLibrary, nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
     ASSERT_NE(library_, nullptr);
   }
-  // A firmware with these rules. Each file has a length of its own, by which the firmware sees that it is another one.
-  void UseRules(const std::string& rules) {
-    const std::string text = kFirmware + rules + "]}}" + std::string(++files_, ' ');
-    FILE* file = _wfopen(scenario_.c_str(), L"wb");
-    std::fwrite(text.data(), 1, text.size(), file);
-    std::fclose(file);
-  }
+  // A firmware with these rules.
+  void UseRules(const std::string& rules) { scenario_.Give(kFirmware + rules + "]}}"); }
   template <typename Function>
   Function* Export(const char* name, Function*) const {
     return reinterpret_cast<Function*>(GetProcAddress(library_, name));
@@ -91,11 +76,9 @@ class FirmwareRoute : public testing::Test {
     return GetModuleHandleW(L"VexaWinIO64.dll") == nullptr;
   }
 
-  std::wstring scenario_;
-  HKEY key_ = nullptr;
+  FirmwareScenario scenario_;
   HANDLE release_ = nullptr;
   HMODULE library_ = nullptr;
-  int files_ = 0;
 };
 
 TEST_F(FirmwareRoute, ReadsAndWrites) {

@@ -9,6 +9,8 @@
 #include "tests/support/call_script.h"
 #include "tests/support/detection.h"
 #include "tests/support/registry_script.h"
+#include "tests/support/fake_wmi.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/trace_recorder.h"
 
 namespace vexa::test {
@@ -77,14 +79,41 @@ TEST_F(Architecture, MissingValueIsDetectedOnceAndStored) {
   }
 }
 
-TEST_F(Architecture, FailingDetectionIsX64) {
+// A system that doesn't tell its machine is asked for its processor's architecture.
+TEST_F(Architecture, FailingDetectionAsksTheInventory) {
+  FakeWmi wmi;
   g_detection = [](USHORT* machine) {
     *machine = 0xAA64;
     return false;
   };
+  const struct {
+    WmiValue architecture;
+    bool is_arm64;
+  } processors[] = {
+      {Number(VT_I4, 12), true}, {Number(VT_I4, 9), false}, {Number(VT_I4, 5), false}, {Number(VT_NULL, 0), false}};
+  for (const auto& processor : processors) {
+    ArchValue::Remove();
+    g_detections = 0;
+    wmi.rows[L"select * from Win32_Processor"] = {{{L"Architecture", processor.architecture}}};
+    EXPECT_EQ(IsArchitectureARM64(), processor.is_arm64);
+    EXPECT_EQ(g_detections, 1);
+    EXPECT_EQ(Stored(), processor.is_arm64 ? kStoredArm64 : kStoredX64);
+    const std::vector<std::string> calls = wmi.TakeCalls();
+    EXPECT_EQ(CountOf(calls, "CoInitializeEx 0"), 1);
+    EXPECT_EQ(CountOf(calls, "ExecQuery WQL select * from Win32_Processor 30"), 1);
+    EXPECT_EQ(Lines()[0], kDetects);
+  }
+  ArchValue::Remove();
+  wmi.script.Fail("ConnectServer", 0x80041003);
   EXPECT_FALSE(IsArchitectureARM64());
-  EXPECT_EQ(g_detections, 1);
   EXPECT_EQ(Stored(), kStoredX64);
+  // Nothing is asked when the system tells, or when the value is there.
+  wmi.TakeCalls();
+  EXPECT_FALSE(IsArchitectureARM64());
+  ArchValue::Remove();
+  DetectAs(0xAA64);
+  EXPECT_TRUE(IsArchitectureARM64());
+  EXPECT_THAT(wmi.TakeCalls(), IsEmpty());
 }
 
 TEST_F(Architecture, OnlyTheExactTextIsArm64) {
@@ -186,16 +215,18 @@ TEST_F(ArchitectureKeys, ReadingOpensForReadingAlone) {
 }
 
 // The look-up is done once per process, so this one starts itself again as a process whose system has no function.
-TEST_F(Architecture, SystemWithoutTheFunctionIsX64) {
+TEST_F(Architecture, SystemWithoutTheFunctionAsksTheInventory) {
   if (IsWithoutDetection()) {
-    EXPECT_FALSE(IsArchitectureARM64());
+    FakeWmi wmi;
+    wmi.rows[L"select * from Win32_Processor"] = {{{L"Architecture", Number(VT_I4, 12)}}};
+    EXPECT_TRUE(IsArchitectureARM64());
     EXPECT_EQ(g_detections, 0);
-    EXPECT_EQ(Stored(), kStoredX64);
+    EXPECT_EQ(Stored(), kStoredArm64);
     return;
   }
   wchar_t program[MAX_PATH] = {};
   GetModuleFileNameW(nullptr, program, MAX_PATH);
-  std::wstring command = L"shell_test --gtest_filter=Architecture.SystemWithoutTheFunctionIsX64";
+  std::wstring command = L"shell_test --gtest_filter=Architecture.SystemWithoutTheFunctionAsksTheInventory";
   SetEnvironmentVariableW(kWithoutDetection, L"1");
   STARTUPINFOW startup{.cb = sizeof startup};
   PROCESS_INFORMATION process{};

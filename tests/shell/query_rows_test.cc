@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/call_script.h"
 #include "tests/support/wmi_test.h"
 #include "wmi/query_engine.h"
 
@@ -92,6 +93,32 @@ TEST_F(QueryRows, ConvertedValuesAreJoinedWithCommasAndCounted) {
   EXPECT_EQ(text, L"");
   EXPECT_EQ(rows, 0u);
   EXPECT_EQ(values, 0u);
+}
+
+TEST_F(QueryRows, SeveralPropertiesKeepTheirPlaces) {
+  std::wstring text = L"left";
+  uint32_t rows = 99, values = 99;
+  Rows({{{L"A", Text(L"a,1")}, {L"B", Number(VT_I4, -2)}, {L"C", Texts({L"x", L"y"})}},
+        {{L"B", Text(L"")}},
+        {{L"C", Number(VT_BOOL, 0)}, {L"A", Number(VT_NULL, 0)}},
+        {{L"Other", Text(L"1")}}});
+  ReadWMIPropStr2(text, L"n", L"q", L"A,B,C", rows, values, 1);
+  EXPECT_EQ(text, L"a,1,-2,x;y;,,;,,false");
+  EXPECT_EQ(rows, 4u);
+  EXPECT_EQ(values, 5u);
+  const std::vector<std::string> calls = wmi.TakeCalls();
+  EXPECT_EQ(CountOf(calls, "Get A 0") + CountOf(calls, "Get B 0") + CountOf(calls, "Get C 0"), 12);
+  EXPECT_EQ(CountOf(calls, "ExecQuery WQL q 30"), 1);
+}
+
+TEST_F(QueryRows, ArraysOfCharactersAndOfPaths) {
+  Column(L"UserFriendlyName", {Array(VT_I4, {Number(VT_I4, 'A'), Number(VT_I4, 0), Number(VT_I4, 'B')}), Text(L"t")});
+  EXPECT_EQ(Str(L"UserFriendlyName"), L"A;t");
+  Column(L"AccessPaths", {Texts({L"C:\\", L"p"}), Number(VT_NULL, 0), Text(L"t")});
+  EXPECT_EQ(Str(L"AccessPaths"), L"C:\\;p;t");
+  // Of other properties arrays are nothing.
+  Column(L"FriendlyName", {Array(VT_I4, {Number(VT_I4, 'A')})});
+  EXPECT_EQ(Str(L"FriendlyName"), L"");
 }
 
 TEST_F(QueryRows, WirelessTakesTheRowsOfItsCard) {

@@ -1,4 +1,5 @@
-// The query engine on the WMI of the system that the tests run on, nothing replaced.
+// The query engine on the WMI of the system that the tests run on, nothing replaced: where the simulated firmware is
+// registered, it has no scenario meanwhile, and passes everything on.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -6,6 +7,7 @@
 #include <string>
 
 #include "frame/log.h"
+#include "tests/e2e/firmware_scenario.h"
 #include "tests/support/trace_recorder.h"
 #include "wmi/query_engine.h"
 
@@ -27,7 +29,14 @@ uint32_t Number(const wchar_t* query, const wchar_t* property) {
   return value;
 }
 
-TEST(RealWmi, TextsOfClassesThatEverySystemHas) {
+class RealWmi : public testing::Test {
+ protected:
+  RealWmi() { scenario_.TakeAway(); }
+
+  FirmwareScenario scenario_;
+};
+
+TEST_F(RealWmi, TextsOfClassesThatEverySystemHas) {
   const struct {
     const wchar_t* query;
     const wchar_t* property;
@@ -55,7 +64,7 @@ TEST(RealWmi, TextsOfClassesThatEverySystemHas) {
   EXPECT_THAT(Narrow(Texts(L"select * from Win32_Process", L"Name")), testing::HasSubstr("shell_test.exe"));
 }
 
-TEST(RealWmi, NumbersAgreeWithTheSystemsOwn) {
+TEST_F(RealWmi, NumbersAgreeWithTheSystemsOwn) {
   SYSTEM_INFO system;
   GetNativeSystemInfo(&system);
   EXPECT_EQ(Number(L"select * from Win32_Processor", L"Architecture"), system.wProcessorArchitecture);
@@ -66,7 +75,7 @@ TEST(RealWmi, NumbersAgreeWithTheSystemsOwn) {
   EXPECT_GE(ReadWMIEnumNum(kCim, L"select * from Win32_Process", kWithCom), 2u);
 }
 
-TEST(RealWmi, QueriesWithoutAnAnswer) {
+TEST_F(RealWmi, QueriesWithoutAnAnswer) {
   uint32_t value = 5;
   EXPECT_EQ(ReadWMIProp(kCim, L"select * from Win32_Processor", L"NoSuchProperty", value, kWithCom), -1);
   EXPECT_EQ(value, 0u);

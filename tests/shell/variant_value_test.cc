@@ -187,6 +187,28 @@ TEST_F(VariantValue, ArraysOfOtherShapes) {
   SafeArrayDestroy(value.parray);
 }
 
+TEST_F(VariantValue, CharacterCodesUpToTheFirstZero) {
+  const auto characters = [this](const WmiValue& value) {
+    return Of(value, [](const VARIANT& variant) { return CharactersOf(variant); });
+  };
+  const auto codes = [](VARTYPE type, std::initializer_list<int> list) {
+    std::vector<WmiValue> elements;
+    for (const int code : list) elements.push_back(Number(type, code));
+    return Array(type, elements);
+  };
+  for (const VARTYPE type : {VT_UI1, VT_I2, VT_UI2, VT_I4}) {
+    EXPECT_EQ(characters(codes(type, {'L', 'P', ' ', 0, 0, 'x'})), L"LP ") << type;
+  }
+  EXPECT_EQ(characters(codes(VT_I4, {0xE9, 0x10041, -1})), L"\u00e9A\xFFFF");
+  EXPECT_EQ(characters(codes(VT_I4, {})), L"");
+  EXPECT_EQ(characters(codes(VT_I4, {0})), L"");
+  EXPECT_EQ(characters(Text(L"text")), L"text");
+  for (const WmiValue& value : {Texts({L"a"}), Array(VT_R8, {Real64(65)}), Number(VT_I4, 65), Number(VT_NULL, 0),
+                                Array(VT_VARIANT, {Number(VT_I4, 65), Text(L"b")})}) {
+    EXPECT_EQ(characters(value), std::nullopt) << value.type;
+  }
+}
+
 TEST_F(VariantValue, OneElementOfAnArrayOfTexts) {
   const auto element = [this](const WmiValue& value, long index) {
     return Of(value, [index](const VARIANT& variant) { return TextElement(variant, index); });
