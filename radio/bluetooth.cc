@@ -11,28 +11,21 @@
 #include "frame/export_wall.h"
 #include "frame/handles.h"
 #include "frame/log.h"
-#include "frame/optional_library.h"
 #include "frame/text_value.h"
 #include "radio/peripheral_class.h"
+#include "radio/peripheral_snapshots.h"
 #include "vexa/peripherals.h"
 
 namespace vexa {
+
+BluetoothSnapshot g_bluetooth;
+OptionalLibrary g_bluetooth_library(L"bluetoothapis.dll");
+
 namespace {
 
 static_assert(sizeof(BLUETOOTH_FIND_RADIO_PARAMS) == 4);
 static_assert(sizeof(BLUETOOTH_RADIO_INFO) == 520);
 static_assert(sizeof(BLUETOOTH_DEVICE_INFO) == 560);
-
-struct BluetoothSnapshot {
-  uint32_t used = VEXA_NOT_COLLECTED;       // 1: the last radio has a connected device
-  uint32_t connected = VEXA_NOT_COLLECTED;  // devices on the last radio that has any
-  std::string types = VEXA_NOT_COLLECTED_TEXT;
-  bool collected = false;
-};
-
-// Kept: plain variables without a lock, never refreshed after the first success.
-BluetoothSnapshot g_bluetooth;
-OptionalLibrary g_bluetooth_library(L"bluetoothapis.dll");
 
 struct BluetoothApi {
   decltype(&BluetoothFindFirstRadio) find_first_radio;

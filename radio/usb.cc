@@ -12,25 +12,16 @@
 #include "frame/log.h"
 #include "frame/text_value.h"
 #include "radio/peripheral_class.h"
+#include "radio/peripheral_snapshots.h"
 #include "radio/usb_port.h"
 #include "vexa/peripherals.h"
 #include "wmi/query_engine.h"
 
 namespace vexa {
-namespace {
 
-struct UsbSnapshot {
-  uint32_t transferring = 0;
-  std::string storage_versions = VEXA_NOT_COLLECTED_TEXT;
-  std::string storage_ports = VEXA_NOT_COLLECTED_TEXT;
-  uint32_t hdmi = 0;
-  uint32_t type_a = 0;
-  uint32_t type_c = 0;
-  bool collected = false;
-};
-
-// Kept: plain variables without a lock, collected once per process.
 UsbSnapshot g_usb;
+
+namespace {
 
 constexpr std::wstring_view kMassStorage = L"USB Mass Storage Device";
 constexpr uint8_t kClassByInterface = 0;  // the descriptor leaves the class to the device's interfaces

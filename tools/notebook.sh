@@ -40,13 +40,14 @@ build_preset() {
   } >"$log" 2>&1 || { tail -n 40 "$log" >&2; die "building $preset failed; see $log"; }
 }
 
-# install_scenario FILE.json: checks a scenario and gives it to the notebook: its driver (x64) and its firmware. The
-# scenario that is there already is left alone: what was set on that notebook stays set.
+# install_scenario FILE.json: checks a scenario and gives it to the notebook: its driver (x64), its firmware and its radios.
+# The scenario that is there already is left alone: what was set on that notebook stays set.
 install_scenario() {
   local folder=$WINEPREFIX/drive_c/vexa-notebook
   mkdir -p "$folder"
   [ "$MACHINE" = arm64 ] || install_part build "$1" "$folder/scenario.bin"
   install_part firmware "$1" "$folder/firmware.json"
+  install_part radios "$1" "$folder/radios.json"
 }
 
 install_part() {
@@ -63,9 +64,24 @@ install_firmware() {
   quiet_wine regsvr32 /s 'C:\vexa-notebook\vexa-firmware.dll' || die "the simulated firmware can't be registered"
 }
 
-# Copies the files only when they differ: a running driver keeps its file.
-install_product() {
-  local folder=$WINEPREFIX/drive_c/Vexa file
+# Puts the stand-ins of the radios in place: the optional libraries where the system has its own, that of the network
+# interfaces beside the product, where Wine takes a library of that name only when it is told to.
+install_radios() {
+  local built=$ROOT/build/$MACHINE/notebook/radios folder=$WINEPREFIX/drive_c/windows/system32 marker=$WINEPREFIX/radios
+  copy_changed "$folder" "$built/wlanapi.dll" "$built/bluetoothapis.dll"
+  copy_changed "$WINEPREFIX/drive_c/Vexa" "$built/iphlpapi.dll"
+  [ ! -f "$marker" ] || return 0
+  quiet_wine reg add 'HKCU\Software\Wine\DllOverrides' /v '*iphlpapi' /d native,builtin /f ||
+    die "the registry can't be written; see $WINEPREFIX.log"
+  touch "$marker"
+}
+
+install_product() { copy_changed "$WINEPREFIX/drive_c/Vexa" "$@"; }
+
+# copy_changed FOLDER FILE...: copies the files only when they differ: a running driver keeps its file.
+copy_changed() {
+  local folder=$1 file
+  shift
   mkdir -p "$folder"
   for file in "$@"; do
     cmp -s "$file" "$folder/${file##*/}" || cp "$file" "$folder/"

@@ -31,9 +31,6 @@ Datum ReadRawValue(const JsonValue& value, Faults& faults);
 // The model of a whole scenario, or of one that holds only this section. Nothing when there are faults.
 std::optional<Model> ReadFirmwareScenario(std::string_view text, Faults& faults);
 
-// The scenario with no other section in it.
-std::string FirmwareOnly(const JsonValue& document);
-
 }  // namespace firmware
 
 #endif  // NOTEBOOK_FIRMWARE_SECTION_H_

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "scenario/section_only.h"
 #include "test_model.h"
 
 namespace firmware {
@@ -134,7 +135,7 @@ TEST(Output, HoldsTheSectionAlone) {
       "rows": [ { "Description": "x\n\u00e9", "r": -0.1 }, { "Description": null, "r": -5 } ] } ],
     "ec": { "version": -1, "gauge": [ { "register": "0x20", "text": "ab" } ] } } })";
   Faults faults;
-  const std::string written = FirmwareOnly(*scenario::ParseJson(text, faults));
+  const std::string written = scenario::SectionOnly(*scenario::ParseJson(text, faults), "firmware");
   EXPECT_THAT(written, testing::Not(HasSubstr("byte")));
   const std::optional<Model> model = ReadFirmwareScenario(written, faults);
   ASSERT_TRUE(model);

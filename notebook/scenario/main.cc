@@ -1,4 +1,4 @@
-// vexa-scenario: checks a scenario and turns it into what the driver and the firmware read.
+// vexa-scenario: checks a scenario and turns it into what the pieces of the notebook read.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,7 +20,8 @@ namespace {
 constexpr char kUsage[] =
     "usage: vexa-scenario check FILE.json\n"
     "       vexa-scenario build FILE.json OUT.bin       for the driver\n"
-    "       vexa-scenario firmware FILE.json OUT.json   for the firmware\n";
+    "       vexa-scenario firmware FILE.json OUT.json   for the firmware\n"
+    "       vexa-scenario radios FILE.json OUT.json     for the radios\n";
 
 int Report(const std::string& file, std::string_view what) {
   std::fprintf(stderr, "%s: %.*s\n", file.c_str(), static_cast<int>(what.size()), what.data());
@@ -61,8 +62,9 @@ bool WriteFile(const std::string& path, std::string_view bytes) {
   return false;
 }
 
-std::string Compile(std::string_view text, bool firmware, scenario::Faults& faults) {
-  if (firmware) return scenario::FirmwareScenario(text, faults);
+// "firmware" and "radios" are sections of the scenario.
+std::string Compile(std::string_view text, const std::string& use, scenario::Faults& faults) {
+  if (use == "firmware" || use == "radios") return scenario::ScenarioOf(use, text, faults);
   const std::vector<uint8_t> image = scenario::CompileScenario(text, faults);
   return {image.begin(), image.end()};
 }
@@ -72,9 +74,9 @@ std::string Compile(std::string_view text, bool firmware, scenario::Faults& faul
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   const bool check = arguments.size() == 2 && arguments[0] == "check";
-  const bool build = arguments.size() == 3 && arguments[0] == "build";
-  const bool firmware = arguments.size() == 3 && arguments[0] == "firmware";
-  if (!check && !build && !firmware) {
+  const bool write =
+      arguments.size() == 3 && (arguments[0] == "build" || arguments[0] == "firmware" || arguments[0] == "radios");
+  if (!check && !write) {
     std::fputs(kUsage, stderr);
     return 2;
   }
@@ -82,7 +84,7 @@ int main(int argc, char** argv) {
   const std::optional<std::string> text = ReadFile(file);
   if (!text) return Report(file, std::string("cannot be read: ") + std::strerror(errno));
   scenario::Faults faults;
-  const std::string output = Compile(*text, firmware, faults);
+  const std::string output = Compile(*text, arguments[0], faults);
   for (const scenario::Fault& fault : faults.List()) {
     std::fprintf(stderr, "%s:%d: %s\n", file.c_str(), fault.line, fault.message.c_str());
   }

@@ -5,6 +5,8 @@
 
 #include "firmware/section.h"
 #include "object_reader.h"
+#include "radios/section.h"
+#include "section_only.h"
 #include "sections.h"
 #include "texts.h"
 
@@ -17,8 +19,9 @@ struct Section {
 };
 
 constexpr Section kSections[] = {
-    {"driver", ReadDriverSection}, {"ec", ReadEcSection},       {"processor", ReadProcessorSection},
-    {"acpi", ReadAcpiSection},     {"rules", ReadRulesSection}, {"firmware", CheckFirmwareSection},
+    {"driver", ReadDriverSection},  {"ec", ReadEcSection},       {"processor", ReadProcessorSection},
+    {"acpi", ReadAcpiSection},      {"rules", ReadRulesSection}, {"firmware", CheckFirmwareSection},
+    {"radios", CheckRadiosSection},
 };
 
 void ReadDocument(const JsonValue& document, ImageBuilder& image, Faults& faults) {
@@ -63,6 +66,10 @@ void CheckFirmwareSection(const JsonValue& value, ImageBuilder&, Faults& faults)
   firmware::ReadFirmwareSection(value, faults);
 }
 
+void CheckRadiosSection(const JsonValue& value, ImageBuilder&, Faults& faults) {
+  radios::ReadRadiosSection(value, faults);
+}
+
 std::vector<uint8_t> CompileScenario(std::string_view text, Faults& faults) {
   ImageBuilder image;
   if (!ReadScenario(text, image, faults)) return {};
@@ -71,10 +78,10 @@ std::vector<uint8_t> CompileScenario(std::string_view text, Faults& faults) {
   return bytes;
 }
 
-std::string FirmwareScenario(std::string_view text, Faults& faults) {
+std::string ScenarioOf(std::string_view section, std::string_view text, Faults& faults) {
   ImageBuilder image;
   const std::optional<JsonValue> document = ReadScenario(text, image, faults);
-  return document ? firmware::FirmwareOnly(*document) : "";
+  return document ? SectionOnly(*document, section) : "";
 }
 
 }  // namespace scenario

@@ -14,8 +14,9 @@ void ReadProcessorSection(const JsonValue& value, ImageBuilder& image, Faults& f
 void ReadAcpiSection(const JsonValue& value, ImageBuilder& image, Faults& faults);
 void ReadRulesSection(const JsonValue& value, ImageBuilder& image, Faults& faults);
 
-// Only looks for faults: the firmware reads its section itself.
+// Only look for faults: the firmware and the radios read their sections themselves.
 void CheckFirmwareSection(const JsonValue& value, ImageBuilder& image, Faults& faults);
+void CheckRadiosSection(const JsonValue& value, ImageBuilder& image, Faults& faults);
 
 // Part of the "ec" section: one entry of "groups".
 void ReadGroup(const JsonValue& value, ImageBuilder& image, Faults& faults);

@@ -59,12 +59,22 @@ TEST_F(Tool, WritesTheFirmwaresPart) {
   const std::string good = Read("out.json");
   EXPECT_EQ(good, "{\n \"firmware\": {\n  \"log\": false\n }\n}\n");
   Write("bad.json", "{ \"driver\": { \"version\": -1 },\n\"firmware\": { \"logs\": false } }");
-  for (const char* arguments : {"check bad.json", "build bad.json out.json", "firmware bad.json out.json"}) {
+  for (const char* arguments :
+       {"check bad.json", "build bad.json out.json", "firmware bad.json out.json", "radios bad.json out.json"}) {
     EXPECT_EQ(Run(arguments), 1);
     EXPECT_THAT(messages_, testing::HasSubstr("bad.json:1: \"version\" must be"));
     EXPECT_THAT(messages_, testing::HasSubstr("bad.json:2: unknown key \"logs\" in \"firmware\""));
   }
   EXPECT_EQ(Read("out.json"), good);
+}
+
+TEST_F(Tool, WritesTheRadiosPart) {
+  Write("good.json", R"({ "firmware": { "log": false }, "radios": { "wlan": { "interfaces": [] } } })");
+  EXPECT_EQ(Run("radios good.json out.json"), 0);
+  EXPECT_EQ(Read("out.json"), "{\n \"radios\": {\n  \"wlan\": {\n   \"interfaces\": []\n  }\n }\n}\n");
+  Write("bad.json", "{ \"radios\":\n{ \"wifi\": {} } }");
+  EXPECT_EQ(Run("check bad.json"), 1);
+  EXPECT_THAT(messages_, testing::HasSubstr("bad.json:2: unknown key \"wifi\" in \"radios\""));
 }
 
 TEST_F(Tool, AFaultyScenarioLeavesTheOldImage) {
@@ -94,7 +104,7 @@ TEST_F(Tool, FilesThatCannotBeUsed) {
 }
 
 TEST_F(Tool, WrongUse) {
-  for (const char* arguments : {"", "check", "build a", "firmware a", "check a b", "make a b"}) {
+  for (const char* arguments : {"", "check", "build a", "firmware a", "radios a", "check a b", "make a b"}) {
     EXPECT_EQ(Run(arguments), 2);
     EXPECT_EQ(messages_.substr(0, 6), "usage:");
   }

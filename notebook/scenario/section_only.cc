@@ -1,8 +1,8 @@
+#include "section_only.h"
+
 #include <nlohmann/json.hpp>
 
-#include "section.h"
-
-namespace firmware {
+namespace scenario {
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -29,12 +29,12 @@ Json ToJson(const JsonValue& value) {
 
 }  // namespace
 
-std::string FirmwareOnly(const JsonValue& document) {
+std::string SectionOnly(const JsonValue& document, std::string_view key) {
   Json scenario = Json::object();
   for (const JsonValue& member : document.items) {
-    if (member.key == "firmware") scenario["firmware"] = ToJson(member);
+    if (member.key == key) scenario[member.key] = ToJson(member);
   }
   return scenario.dump(1) + "\n";
 }
 
-}  // namespace firmware
+}  // namespace scenario
