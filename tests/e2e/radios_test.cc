@@ -104,7 +104,6 @@ int Count(const wchar_t* file, const std::string& what) {
   return found == nullptr ? 0 : std::atoi(found + what.size() + 4);
 }
 int BluetoothCount(const std::string& what) { return Count(L"bluetoothapis-counts.json", what); }
-int WlanCount(const std::string& what) { return Count(L"wlanapi-counts.json", what); }
 int NetworkCount(const std::string& what) { return Count(L"iphlpapi-counts.json", what); }
 
 class Radios : public testing::Test {
