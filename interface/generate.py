@@ -8,7 +8,10 @@ import sys
 
 import catalogue
 import cpp
+import csharp_binding
+import python_binding
 import reference
+import rust_binding
 
 # Folders that hold made files only: a file in them that nothing makes is stale too.
 MADE_FOLDERS = ("docs/reference",)
@@ -21,6 +24,9 @@ def made_files():
     files = {"interface/exports.json": catalogue.layout(top)}
     files |= reference.pages(exports, top)
     files["include/vexa/vexa.hpp"] = cpp.header(exports, top)
+    files["bindings/python/vexawinio.py"] = python_binding.module(exports, top)
+    files["bindings/csharp/VexaWinIO.cs"] = csharp_binding.source(exports, top)
+    files["bindings/rust/src/lib.rs"] = rust_binding.source(exports, top)
     return files
 
 

