@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "bench/driver_route.h"
+#include "bench/wifi_elements.h"
 #include "bench/wmi_query.h"
 #include "vexa/lifecycle.h"
 #include "wmi/com_apartment.h"
@@ -14,7 +15,8 @@ int main() {
   }
   const bool driver_route = vexa::CompareDriverRoute();
   ShutdownWinIo();
+  const bool wifi_elements = vexa::CompareWifiElements();
   const vexa::ComApartment apartment;
   const bool wmi_query = vexa::CompareWmiQuery();
-  return driver_route && wmi_query ? 0 : 1;
+  return driver_route && wifi_elements && wmi_query ? 0 : 1;
 }

@@ -55,7 +55,7 @@ bool Compare(const Comparison& comparison) {
   std::ranges::sort(ratios);
   std::ranges::sort(bare_us);
   const double ratio = At(ratios, 0.5);
-  std::printf("%-38s ratio %.3f (quartiles %.3f to %.3f, limit %.2f), bare %.1f us, allocations %zu\n", comparison.name,
+  std::printf("%-38s ratio %.3f (quartiles %.3f to %.3f, limit %.2f), bare %.4g us, allocations %zu\n", comparison.name,
               ratio, At(ratios, 0.25), At(ratios, 0.75), comparison.limit, At(bare_us, 0.5), allocations);
   return ratio <= comparison.limit && (comparison.may_allocate || allocations == 0);
 }

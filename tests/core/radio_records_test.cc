@@ -87,6 +87,7 @@ TEST(BssList, OffsetsAndSizesThatLie) {
                 {363, 0, ""},
                 {363, 1, ""},
                 {364, 0, ""},
+                {364, 1, ""},
                 {0xFFFFFFFF, 1, ""},
                 {0xFFFFFFFF, 0xFFFFFFFF, ""},
                 {0xFFFFFF00, 0x200, ""},

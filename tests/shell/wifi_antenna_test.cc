@@ -93,7 +93,8 @@ TEST_F(WifiAntennas, IntelLibraryByAbsolutePathOnly) {
     vendor_.intel_path = path;
     EXPECT_EQ(Read(), "-55:-55");
   }
-  vendor_.intel_path.assign(MAX_PATH, L'C');
+  // As long as the room for it, so that its end is cut off.
+  vendor_.intel_path = L"C:\\" + std::wstring(MAX_PATH - 3, L'x');
   EXPECT_EQ(Read(), "-55:-55");
   vendor_.intel_path = L"C:\\Drivers\\wifi\\component.dll";
   vendor_.intel_path_type = REG_EXPAND_SZ;
