@@ -85,6 +85,7 @@ add_library(VexaWinIO64 SHARED VexaWinIO64.def frame/no_demangler.cc)
 target_link_libraries(VexaWinIO64 PRIVATE vexa_objects ${VEXA_SYSTEM_LIBRARIES})
 set_target_properties(VexaWinIO64 PROPERTIES PREFIX "" IMPORT_PREFIX "" LINKER_LANGUAGE CXX)
 vexa_version_resource(VexaWinIO64 VFT_DLL "Notebook health library" VexaWinIO64.dll)
+vexa_stamp(VexaWinIO64)
 
 # The linker's import library serves both families of linkers; each looks for its own name.
 add_custom_command(TARGET VexaWinIO64 POST_BUILD

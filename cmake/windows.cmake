@@ -25,3 +25,12 @@ function(vexa_version_resource target filetype description file)
   target_sources(${target} PRIVATE "${resource}")
   set_source_files_properties("${resource}" PROPERTIES EXTERNAL_OBJECT ON GENERATED ON)
 endfunction()
+
+# vexa_stamp(TARGET): the image's identity and time stamp come from its code, not from the folder of the build.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+function(vexa_stamp target)
+  add_custom_command(TARGET ${target} POST_BUILD VERBATIM
+    COMMAND "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/tools/stamp_image.py" "$<TARGET_FILE:${target}>"
+      "$<TARGET_FILE_DIR:${target}>/$<TARGET_FILE_BASE_NAME:${target}>.pdb")
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${PROJECT_SOURCE_DIR}/tools/stamp_image.py")
+endfunction()

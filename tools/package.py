@@ -71,7 +71,7 @@ def bill_of_materials(name, files):
 
 def machine_files(machine):
     build = ROOT / "build" / machine
-    files = {f"bin/{name}": (build / name).read_bytes() for name in ("VexaWinIO64.dll", "VexaWinIO64.pdb", "vexahealth.exe")}
+    files = {f"bin/{name}": (build / name).read_bytes() for name in ("VexaWinIO64.dll", "VexaWinIO64.pdb", "vexahealth.exe", "vexahealth.pdb")}
     files |= {f"lib/{name}": (build / name).read_bytes() for name in ("VexaWinIO64.lib", "VexaWinIO64.dll.a")}
     files["lib/VexaWinIO64.def"] = (ROOT / "VexaWinIO64.def").read_bytes()
     config = "lib/cmake/VexaWinIO64/VexaWinIO64Config"

@@ -74,7 +74,7 @@ setup_windows_dotnet() {
 
 setup_bindings() {
   setup_x64
-  need_packages mono-mcs mono-runtime rustc libstd-rust-dev-windows lld-19 python3
+  need_packages mono-mcs mono-runtime rustc libstd-rust-dev-windows lld-19 pkgconf python3
   setup_windows_python
   setup_windows_dotnet
 }

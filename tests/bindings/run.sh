@@ -49,6 +49,16 @@ check "C" "$ZIG" cc "${compile[@]}" -o "$folder/c.exe" "$package/samples/c/batte
 check "C runs" wine 0 "$folder/c.exe"
 check "C says the charge" says "84 %"
 
+through_pkg_config() {
+  local flags
+  flags=$(PKG_CONFIG_PATH=$package/lib/pkgconfig pkg-config --cflags --libs vexawinio64) || return 1
+  # shellcheck disable=SC2086
+  "$ZIG" cc -target x86_64-windows-gnu -Wall -Werror -o "$folder/c.exe" "$package/samples/c/battery.c" $flags
+}
+check "pkg-config" through_pkg_config
+check "pkg-config's program runs" wine 0 "$folder/c.exe"
+check "pkg-config's program says the charge" says "84 %"
+
 consumer() {
   cmake -G Ninja -B "$work/consumer" -S "$package/samples/consumer" -DVexaWinIO64_DIR="$package/lib/cmake/VexaWinIO64" \
     -DCMAKE_TOOLCHAIN_FILE="$ROOT/cmake/toolchains/x64.cmake" && cmake --build "$work/consumer" && cp "$work/consumer/consumer.exe" "$folder/"
