@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cassert>
+#include <vector>
 
 namespace vexahealth {
 namespace {
@@ -44,6 +45,26 @@ Answer CallPath(const Row& row, ComPathExport fill, WideDecoder decode) {
   return answer;
 }
 
+Answer CallWideBuffer(const Row& row, WideBufferExport fill, WideDecoder decode) {
+  std::vector<wchar_t> buffer(2 * row.text_capacity + 1);  // as above
+  fill(buffer.data());
+  Answer answer;
+  TakeText(std::wstring_view(buffer.data(), buffer.size()), row.text_capacity, decode, answer);
+  return answer;
+}
+
+// The library never cuts such a text: the first call asks for its length. What is plugged in between the two calls
+// finds room too.
+Answer CallComText(ComPathExport fill, WideDecoder decode) {
+  constexpr size_t kRoom = 4096;
+  Answer answer;
+  const size_t length = fill(nullptr, kInitializeCom);
+  std::vector<wchar_t> buffer(length + kRoom);
+  if (length > 0) answer.number = fill(buffer.data(), kInitializeCom);
+  TakeText(std::wstring_view(buffer.data(), buffer.size()), buffer.size(), decode, answer);
+  return answer;
+}
+
 }  // namespace
 
 Answer Call(const Row& row, AnyExport function, TextDecoder decode, WideDecoder decode_wide) {
@@ -51,10 +72,14 @@ Answer Call(const Row& row, AnyExport function, TextDecoder decode, WideDecoder 
   Answer answer{.form = Answer::Form::kNumber, .number = 0, .text = {}};
   switch (row.signature) {
     case Signature::kNumber: answer.number = reinterpret_cast<NumberExport>(function)(); break;
+    case Signature::kWideBuffer: return CallWideBuffer(row, reinterpret_cast<WideBufferExport>(function), decode_wide);
     case Signature::kComNumber: answer.number = reinterpret_cast<ComNumberExport>(function)(kInitializeCom); break;
     case Signature::kTextBuffer: return CallTextBuffer(row, reinterpret_cast<TextBufferExport>(function), decode);
     case Signature::kTextByValue: return CallTextByValue(reinterpret_cast<TextByValueExport>(function), decode);
-    case Signature::kComPath: return CallPath(row, reinterpret_cast<ComPathExport>(function), decode_wide);
+    case Signature::kOwn: return {};
+    case Signature::kComPath:
+      if (row.kind != Kind::kPath) return CallComText(reinterpret_cast<ComPathExport>(function), decode_wide);
+      return CallPath(row, reinterpret_cast<ComPathExport>(function), decode_wide);
   }
   return answer;
 }

@@ -97,7 +97,8 @@ constexpr std::array<Row, kRowCount> kTheRows = {{
      kZero},
 
     {"battery.manufacture_information", "Manufacture information", kBattery,
-     VEXA_EXPORT(BatteryHealthyTable_BatteryInformation), Kind::kByteList, Gate::kTable10, kNothing},
+     VEXA_EXPORT(BatteryHealthyTable_BatteryInformation), Kind::kByteList, Gate::kTableWaits, kNothing, Reserved::kNone,
+     0, 10},
 }};
 
 #undef VEXA_EXPORT
@@ -131,7 +132,7 @@ static_assert(std::ranges::all_of(kTheRows,
                                     return (row.signature == Signature::kTextBuffer) == (row.text_capacity != 0);
                                   }),
               "exactly the exports that fill a buffer have a capacity");
-static_assert(kTheRows.back().gate == Gate::kTable10, "the call that waits comes last, when presence is known");
+static_assert(kTheRows.back().gate == Gate::kTableWaits, "the call that waits comes last, when presence is known");
 
 }  // namespace
 
@@ -149,6 +150,19 @@ std::string_view SectionTitle(Section section) {
     case Section::kController: return "Embedded controller";
     case Section::kBattery: return "Battery";
     case Section::kCharger: return "Charger, power and lid";
+    case Section::kAdapter: return "Power adapter";
+    case Section::kPowerDelivery: return "USB Power Delivery";
+    case Section::kThermal: return "Fans and temperatures";
+    case Section::kSystem: return "System";
+    case Section::kWifi: return "Wi-Fi link";
+    case Section::kAccessPoints: return "Access points in range";
+    case Section::kBluetooth: return "Bluetooth";
+    case Section::kUsb: return "USB, disks and HDMI";
+    case Section::kMachine: return "Machine";
+    case Section::kProcessor: return "Processor, memory and graphics";
+    case Section::kStorage: return "Storage";
+    case Section::kDisplay: return "Displays";
+    case Section::kNetwork: return "Network";
     case Section::kChargeLimit: return "Charge limit";
     case Section::kQuietFan: return "Quiet fan";
     case Section::kApplication: return "Application folder";
@@ -163,9 +177,30 @@ std::optional<std::string_view> UnitOf(Kind kind) {
     case Kind::kMillivolts: return "mV";
     case Kind::kMilliamps:
     case Kind::kMilliampsRequested: return "mA";
+    case Kind::kMilliwatts: return "mW";
+    case Kind::kWatts: return "W";
     case Kind::kDeciKelvin: return "0.1 K";
+    case Kind::kCelsius: return "°C";
+    case Kind::kRpm: return "RPM";
+    case Kind::kDbm: return "dBm";
+    case Kind::kMegabits: return "Mbit/s";
+    case Kind::kMegatransfers: return "MT/s";
     case Kind::kCapacity: return "mAh or 10 mWh";
     default: return std::nullopt;
+  }
+}
+
+bool IsText(Kind kind) {
+  switch (kind) {
+    case Kind::kInterfaceVersion:
+    case Kind::kDate:
+    case Kind::kArchitecture:
+    case Kind::kFourCharacters:
+    case Kind::kRevision:
+    case Kind::kText:
+    case Kind::kPath:
+    case Kind::kByteList: return true;
+    default: return false;
   }
 }
 
@@ -178,8 +213,14 @@ uint32_t LargestAnswer(Kind kind) {
     case Kind::kSwitch: return 1;
     case Kind::kPercent: return 100;
     case Kind::kHex8:
+    case Kind::kNumber8:
     case Kind::kTableVersion:
-    case Kind::kTimeoutByte: return 0xFF;
+    case Kind::kTimeoutByte:
+    case Kind::kCelsius: return 0xFF;
+    case Kind::kHex16:
+    case Kind::kRevision:
+    case Kind::kWatts:
+    case Kind::kRpm:
     case Kind::kNumber16:
     case Kind::kMillivolts:
     case Kind::kDeciKelvin:

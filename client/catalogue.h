@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <type_traits>
@@ -13,15 +14,39 @@
 
 namespace vexahealth {
 
-enum class Section { kLibrary, kController, kBattery, kCharger, kChargeLimit, kQuietFan, kApplication };
+// In the order of the output.
+enum class Section {
+  kLibrary,
+  kController,
+  kBattery,
+  kCharger,
+  kAdapter,
+  kPowerDelivery,
+  kThermal,
+  kSystem,
+  kWifi,
+  kAccessPoints,
+  kBluetooth,
+  kUsb,
+  kMachine,
+  kProcessor,
+  kStorage,
+  kDisplay,
+  kNetwork,
+  kChargeLimit,
+  kQuietFan,
+  kApplication,
+};
 inline constexpr Section kLastSection = Section::kApplication;
 
 // What an answer means: decides its range, its unit and how the table shows it.
 enum class Kind {
   kInterfaceVersion,  // major in the high half, minor in the low half
   kHex32,
+  kHex16,
   kHex8,
   kNumber32,
+  kNumber8,
   kNumber16,
   kTableVersion,
   kBit,
@@ -32,10 +57,23 @@ enum class Kind {
   kMillivolts,
   kMilliamps,           // signed: negative while discharging
   kMilliampsRequested,  // signed: what the gauge asks for, not what flows
+  kMilliwatts,
+  kWatts,
   kDeciKelvin,
+  kCelsius,
+  kRpm,
+  kDbm,
+  kMegabits,
+  kChannel,
+  kStations,     // a number of access points, shown with a bar
+  kPowerObject,  // a power data object of the USB Power Delivery standard
   kDate,
   kCapacity,
   kTimeoutByte,
+  kArchitecture,  // of the processor, as Win32_Processor numbers it
+  kMegatransfers,
+  kFourCharacters,  // the first in the top byte
+  kRevision,        // two characters, the first in the higher byte
   kText,
   kPath,
   kByteList,
@@ -48,7 +86,7 @@ enum class Gate {
   kController,  // the EC, with or without a healthy table
   kGauge,       // the gauge behind the EC's SMBus pass-through, which an EC without a table may have too
   kTable,       // a healthy table
-  kTable10,     // a healthy table of version 10 or newer; the call may wait for seconds
+  kTableWaits,  // the same, and the call may wait for seconds
 };
 
 // Where the value comes from on machines whose gauge is read through the firmware's methods (ARM64). A call of such a
@@ -58,6 +96,7 @@ enum class OnFirmware {
   kNothing,    // the firmware has no such value; the export answers a constant
   kNeverZero,  // the gauge, which never answers 0 (or an empty name) while it works
   kMayBeZero,  // the gauge, for which 0 is a value like others
+  kPlain,      // not the gauge: a failed call answers VEXA_NO_ANSWER, 0 is a value
   kSystem,     // the system's power status; 0 also when the system does not know
 };
 
@@ -67,14 +106,24 @@ enum class Reserved {
   kZero,         // 0 is a true value, but also the answer without a table
   kAllOnes,      // VEXA_NOT_AVAILABLE is the answer without a table
   kZeroIsFault,  // 0 is no true value: the request failed or the machine has none
+  kNotOffered,   // VEXA_NOT_AVAILABLE: this machine does not tell
 };
 
 // How an export is called. "Com" exports take the flag that tells them to initialise COM.
-enum class Signature { kNumber, kTextBuffer, kTextByValue, kComNumber, kComPath };
+enum class Signature {
+  kNumber,
+  kTextBuffer,
+  kTextByValue,
+  kWideBuffer,  // left as it was when there is no text
+  kComNumber,
+  kComPath,
+  kOwn,  // the family's own code calls it
+};
 
 using NumberExport = uint32_t (*)() noexcept;
 using TextBufferExport = uint32_t (*)(char*) noexcept;
 using TextByValueExport = VexaText (*)() noexcept;
+using WideBufferExport = void (*)(wchar_t*) noexcept;
 using ComNumberExport = uint32_t (*)(uint32_t) noexcept;
 using ComPathExport = uint32_t (*)(wchar_t*, uint32_t) noexcept;
 
@@ -91,9 +140,12 @@ consteval Signature SignatureOf() {
     return Signature::kComNumber;
   } else if constexpr (std::is_same_v<Declared, ComPathExport>) {
     return Signature::kComPath;
-  } else {
-    static_assert(std::is_same_v<Declared, TextByValueExport>, "no way to call this export");
+  } else if constexpr (std::is_same_v<Declared, WideBufferExport>) {
+    return Signature::kWideBuffer;
+  } else if constexpr (std::is_same_v<Declared, TextByValueExport>) {
     return Signature::kTextByValue;
+  } else {
+    return Signature::kOwn;
   }
 }
 
@@ -107,14 +159,17 @@ struct Row {
   Gate gate = Gate::kLibrary;
   OnFirmware on_firmware = OnFirmware::kSame;
   Reserved reserved = Reserved::kNone;
-  size_t text_capacity = 0;  // characters that an export may fill, terminator included
+  size_t text_capacity = 0;      // characters that an export may fill, terminator included
+  uint32_t min_version = 0;      // of the healthy table
+  bool detail = false;           // a part of another reading, whose line in the table tells it too
+  std::string_view member = {};  // of the JSON object that the export answers; empty: the answer is the value
 };
 
 inline constexpr size_t kRowCount = 35;
 extern const std::array<Row, kRowCount> kRows;
 
-// Resolved exports, one per row, in the order of kRows.
-using RowExports = std::array<AnyExport, kRowCount>;
+// Finds an export by its name; null when the library lacks it.
+using Resolver = std::function<AnyExport(const char*)>;
 
 // Index of the row with this key; the key must exist.
 size_t RowIndex(std::string_view key);
@@ -123,6 +178,9 @@ std::string_view SectionTitle(Section section);
 
 // Unit of the number as the export gives it, where it has one.
 std::optional<std::string_view> UnitOf(Kind kind);
+
+// True for the kinds whose value is a text.
+bool IsText(Kind kind);
 
 // True for the kinds whose answer is a signed 16-bit number, sign-extended.
 bool IsSigned(Kind kind);

@@ -5,15 +5,16 @@
 namespace vexahealth {
 
 enum ExitCode : int {
-  // status: the library worked and at least one reading of the notebook is ok. settings: the firmware answered.
+  // Showing readings: the library worked and at least one reading of the notebook is ok; get: the reading is ok;
+  // settings: the firmware answered; with --watch: so it was at least once.
   // settings set: the firmware accepted, and nothing speaks against it; or a dry run of something that the firmware
   // offers. Also --help and --version.
   kExitOk = 0,
 
-  // status: the library was loaded, but there is no news of the notebook: InitializeWinIo answered 0, or no reading of
-  // the EC, battery, charger, power or lid is ok. Versions of the library and its driver don't count: they tell nothing
-  // about the notebook; nor does external power where the system answers it and not the firmware (ARM64).
-  // settings: the firmware answered neither for the charge limit nor for the quiet fan.
+  // Showing readings: the library was loaded, but there is no news of the notebook: InitializeWinIo answered 0, or no
+  // reading of the EC, battery, charger, power or lid is ok. Versions of the library and its driver don't count: they
+  // tell nothing about the notebook; nor does what the system itself tells (external power, time, volume). get: the
+  // reading has no value. settings: the firmware answered neither for the charge limit nor for the quiet fan.
   kExitNoReadings = 1,
 
   // Unknown command, option, setting or value.

@@ -36,6 +36,7 @@ std::optional<Reading> FirmwareWithoutCall(const Row& row, bool gauge_answers) {
       return Missing(row, Status::kNoAnswer,
                      "voltage and temperature are both 0: failed firmware calls, or no battery");
     case OnFirmware::kSame:
+    case OnFirmware::kPlain:
     case OnFirmware::kSystem: return std::nullopt;
   }
   return std::nullopt;
@@ -52,7 +53,8 @@ bool ShowsGauge(const Row& row, const Answer& answer) {
 
 Reading FirmwareNumber(const Row& row, const Answer& answer, CrossCheck check) {
   if (answer.number == VEXA_NO_ANSWER) return Missing(row, Status::kNoAnswer, "the library could not ask the firmware");
-  if (answer.number == 0) return ZeroReading(row, check);
+  if (row.reserved == Reserved::kNotOffered && answer.number == VEXA_NOT_AVAILABLE) return NotOffered(row);
+  if (answer.number == 0 && row.on_firmware != OnFirmware::kPlain) return ZeroReading(row, check);
   if (!InRange(row.kind, answer.number)) return OutOfRange(row, answer);
   const bool system = row.on_firmware == OnFirmware::kSystem;
   return Ok(row, ValueFrom(row.kind, answer.number),

@@ -1,23 +1,19 @@
 #include "client/json_parts.h"
 
 #include <optional>
-#include <utility>
 
 #include "client/text.h"
 #include "client/values.h"
 
 namespace vexahealth {
-namespace {
-
 Json ReadingJson(const Reading& reading) {
   const std::optional<std::string_view> unit = UnitOf(reading.row->kind);
   return {{"value", ValueJson(reading.value)},
           {"unit", unit ? Json(*unit) : Json()},
           {"status", StatusName(reading.status)},
-          {"source", reading.row->export_name}};
+          {"source", reading.row->export_name},
+          {"reason", TextOrNull(reading.note)}};
 }
-
-}  // namespace
 
 Json TextOrNull(std::string_view text) { return text.empty() ? Json() : Json(WellFormedUtf8(text)); }
 
@@ -35,7 +31,7 @@ Json LibraryJson(const LibraryState& library) {
   if (library.route == Route::kFirmware) route = "ARM64";
   return {{"path", TextOrNull(library.path)},
           {"loaded", library.loaded},
-          {"ready", library.ready},
+          {"ready", library.needs_driver ? Json(library.ready) : Json()},
           {"version", ValueJson(version)},
           {"route", route}};
 }
@@ -44,18 +40,13 @@ Json Document() { return {{"schema_version", 1}, {"tool", {{"name", "vexahealth"
 
 void AddReadings(Json& document, const char* name, std::span<const Reading> readings) {
   Json& list = document[name] = Json::object();
-  Json notes = Json::object();
-  for (const Reading& reading : readings) {
-    const std::string key(reading.row->key);
-    list[key] = ReadingJson(reading);
-    if (!reading.note.empty()) notes[key] = WellFormedUtf8(reading.note);
-  }
-  document["notes"] = std::move(notes);
+  for (const Reading& reading : readings) list[std::string(reading.row->key)] = ReadingJson(reading);
 }
 
-std::string Dump(const Json& json) {
+std::string Dump(const Json& json, Layout layout) {
   constexpr bool kAsciiOnly = true;
-  return json.dump(2, ' ', kAsciiOnly, Json::error_handler_t::replace) + "\n";
+  const int indent = layout == Layout::kLines ? 2 : -1;
+  return json.dump(indent, ' ', kAsciiOnly, Json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace vexahealth

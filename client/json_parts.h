@@ -20,11 +20,18 @@ Json LibraryJson(const LibraryState& library);
 // What every document begins with.
 Json Document();
 
-// Adds the readings under `name` and their notes under "notes".
+// {"value", "unit", "status", "source", "reason"}.
+Json ReadingJson(const Reading& reading);
+
+// Adds the readings under `name`, by their keys.
 void AddReadings(Json& document, const char* name, std::span<const Reading> readings);
 
-// Pure ASCII; ends in "\n".
-std::string Dump(const Json& json);
+enum class Layout { kLines, kOneLine };
+
+// Pure ASCII (other characters as \u escapes), so that neither a code page nor a terminal can change or obey it; ends
+// in
+// "\n".
+std::string Dump(const Json& json, Layout layout = Layout::kLines);
 
 }  // namespace vexahealth
 

@@ -1,16 +1,17 @@
 #include "client/json_report.h"
 
-#include "client/json_parts.h"
 #include "client/text.h"
 
 namespace vexahealth {
 
-std::string JsonText(const Report& report) {
+std::string JsonText(const Report& report, Layout layout) {
   Json document = Document();
+  document["command"] = WellFormedUtf8(report.command);
+  document["time"] = TextOrNull(report.time);
   document["error"] = TextOrNull(report.error);
   document["library"] = LibraryJson(report.library);
   AddReadings(document, "readings", report.readings);
-  return Dump(document);
+  return Dump(document, layout);
 }
 
 std::string JsonHelpText(std::string_view help) {

@@ -32,15 +32,6 @@ bool ResolveNamed(const std::shared_ptr<void>& module, const char* name, Declare
   return function != nullptr;
 }
 
-SettingExports ResolveSettings(const std::shared_ptr<void>& module) {
-  SettingExports settings;
-  for (size_t i = 0; i < kSettingRowCount; ++i) settings.rows[i] = Resolve(module, kSettingRows[i].export_name);
-  ResolveNamed(module, "WMISetBatteryHealth", settings.set_limit);
-  ResolveNamed(module, "WMISetBatteryHealthToUser", settings.remember_limit);
-  ResolveNamed(module, "WMISetQuietFan", settings.set_fan);
-  return settings;
-}
-
 }  // namespace
 
 std::expected<Library, std::string> LoadVexaLibrary(const std::wstring& path) {
@@ -63,8 +54,7 @@ std::expected<Library, std::string> LoadVexaLibrary(const std::wstring& path) {
     return std::unexpected(WideToUtf8(path) + Printf(" has interface version %u.%u, this client needs %u.x",
                                                      version >> 16, version & 0xFFFF, VEXA_IO_DLL_VERSION >> 16));
   }
-  for (size_t i = 0; i < kRowCount; ++i) library.rows[i] = Resolve(library.module, kRows[i].export_name);
-  library.settings = ResolveSettings(library.module);
+  library.resolve = [module = library.module](const char* name) { return Resolve(module, name); };
   return library;
 }
 

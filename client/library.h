@@ -7,21 +7,19 @@
 #include <string>
 
 #include "client/catalogue.h"
-#include "client/settings_catalogue.h"
 #include "vexa/vexa.h"
 
 namespace vexahealth {
 
 inline constexpr wchar_t kLibraryFile[] = L"VexaWinIO64.dll";
 
-// The loaded library. Null exports of rows and settings are those that it lacks; the named ones are always there.
+// The loaded library. The named exports are always there.
 struct Library {
-  std::shared_ptr<void> module;  // freed with the last copy
+  std::shared_ptr<void> module;  // freed with the last copy of it and of `resolve`
   decltype(&InitializeWinIo) initialize = nullptr;
   decltype(&ShutdownWinIo) shutdown = nullptr;
   decltype(&GetIoDllVersion) interface_version = nullptr;
-  RowExports rows = {};
-  SettingExports settings;
+  Resolver resolve;
 };
 
 // Loads the file at this absolute path and resolves its exports. Its own dependencies come from its folder

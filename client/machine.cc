@@ -2,7 +2,12 @@
 
 #include <windows.h>
 
+#include <objbase.h>
+
 #include <algorithm>
+#include <atomic>
+
+#include "client/text.h"
 
 namespace vexahealth {
 namespace {
@@ -24,6 +29,15 @@ class Utf8Console {
  private:
   UINT former_;
 };
+
+std::atomic<HANDLE> g_interrupted = nullptr;
+
+BOOL WINAPI OnInterrupt(DWORD) {
+  const HANDLE event = g_interrupted;
+  if (event == nullptr) return FALSE;
+  SetEvent(event);
+  return TRUE;
+}
 
 bool WriteTo(DWORD stream, std::string_view text) {
   const HANDLE handle = GetStdHandle(stream);
@@ -88,6 +102,43 @@ PowerLine ReadPowerLine() {
     default: return PowerLine::kUnknown;
   }
 }
+
+std::string NowUtc() {
+  SYSTEMTIME now{};
+  GetSystemTime(&now);
+  return Printf("%04u-%02u-%02uT%02u:%02u:%02u.%03uZ", now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute,
+                now.wSecond, now.wMilliseconds);
+}
+
+uint64_t ClockMs() { return GetTickCount64(); }
+
+std::optional<size_t> TerminalRows() {
+  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+  DWORD mode = 0;
+  if (!GetConsoleMode(output, &mode)) return std::nullopt;
+  CONSOLE_SCREEN_BUFFER_INFO info{};
+  const bool known = GetConsoleScreenBufferInfo(output, &info) != 0;
+  SetConsoleMode(output, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+  constexpr size_t kUsualRows = 25;
+  return known ? static_cast<size_t>(info.srWindow.Bottom - info.srWindow.Top + 1) : kUsualRows;
+}
+
+bool ErrorIsTerminal() {
+  DWORD mode = 0;
+  return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
+
+bool WaitInterrupted(uint32_t timeout_ms) {
+  static const HANDLE interrupted = [] {
+    const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    SetConsoleCtrlHandler(OnInterrupt, TRUE);
+    return event;
+  }();
+  g_interrupted = interrupted;
+  return WaitForSingleObject(interrupted, timeout_ms) == WAIT_OBJECT_0;
+}
+
+void FreeText(wchar_t* text) { CoTaskMemFree(text); }
 
 bool WriteOutput(std::string_view text) { return WriteTo(STD_OUTPUT_HANDLE, text); }
 

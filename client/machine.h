@@ -28,6 +28,25 @@ Route ReadRoute();
 // External power as the system's power status tells it.
 PowerLine ReadPowerLine();
 
+// The time of day as "2026-02-03T08:05:00.000Z".
+std::string NowUtc();
+
+// A clock that never goes back.
+uint64_t ClockMs();
+
+// The height of the terminal that standard output is, which then also obeys escape sequences; nothing when it is none.
+std::optional<size_t> TerminalRows();
+
+// True when a person sees standard error.
+bool ErrorIsTerminal();
+
+// Waits, at most so long. True when the user interrupted (Ctrl+C, Ctrl+Break, the console closes): from the first call
+// on an interruption ends this wait, or the next one, in place of the process.
+bool WaitInterrupted(uint32_t timeout_ms);
+
+// CoTaskMemFree; null is allowed.
+void FreeText(wchar_t* text);
+
 // Write UTF-8 as it is, without line-end translation; a console shows it as UTF-8 too. False when it can't be
 // written.
 [[nodiscard]] bool WriteOutput(std::string_view text);

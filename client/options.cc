@@ -2,15 +2,20 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <utility>
+
+#include "client/completion.h"
 
 namespace vexahealth {
 namespace {
 
+using Action = Options::Action;
+
 constexpr const char* kDescription =
-    "Reads the health of this notebook (embedded controller, battery, charger) and shows or changes two settings of "
-    "its\n"
-    "firmware: the battery's charge limit and the quiet fan.";
+    "Reads the health of this notebook (battery, charger, adapter, fans, radios, inventory) and shows or changes two\n"
+    "settings of its firmware: the battery's charge limit and the quiet fan.";
 
 constexpr const char* kFooter =
     "\nChanging a setting:\n"
@@ -19,14 +24,17 @@ constexpr const char* kFooter =
     "  --dry-run                            Find out whether the firmware offers it, and change nothing\n"
     "\nExamples:\n"
     "  vexahealth --json                                  every reading as JSON\n"
-    "  vexahealth settings                                what is set\n"
+    "  vexahealth get battery.rsoc                        one bare value\n"
+    "  vexahealth battery --watch 5                       look again every 5 seconds\n"
+    "  vexahealth all --format prometheus                 for a text-file collector\n"
     "  vexahealth settings set charge-limit 80 --dry-run  what would be done\n"
-    "  vexahealth settings set quiet-fan on\n"
     "\n"
     "Exit codes:\n"
     "  0  readings were taken; the firmware answered for its settings; it accepted the change, or would be asked for "
     "it\n"
-    "  1  the library is not ready or no reading of the notebook is ok; the firmware did not answer for its settings\n"
+    "  1  the library is not ready or no reading of the notebook is ok; the reading has no value; the firmware did "
+    "not\n"
+    "     answer for its settings\n"
     "  2  wrong command line\n"
     "  3  VexaWinIO64.dll can't be loaded\n"
     "  4  the result can't be written\n"
@@ -34,13 +42,20 @@ constexpr const char* kFooter =
     "  6  the firmware refused the change, or did not answer\n"
     "  7  the firmware accepted the change, but it reads back otherwise or its setting file could not be written";
 
+constexpr uint32_t kLongestSeconds = 86400;
+
 struct Words {
   bool no_wait = false;
   bool help = false;
   bool version = false;
+  bool json = false;
   bool dry_run = false;
+  std::string format;
+  std::string watch;
+  std::string count;
   std::string setting;
   std::string value;
+  std::string key;
 };
 
 class CommandLine {
@@ -52,16 +67,19 @@ class CommandLine {
     app_.footer(kFooter);
     AddFlag(app_, "-h,--help", words.help, "Print this help");
     AddFlag(app_, "--version", words.version, "Print the versions of this client and of the library");
-    AddFlag(app_, "--json", options.json, "Print one JSON value instead of the table");
-    AddFlag(app_, "--no-wait", words.no_wait,
-            "status: leave out the manufacture information, which can take 3 seconds");
-    AddCommand(app_, "status", "Print every reading (the default)");
-    settings_ = AddCommand(app_, "settings", "Print the charge limit and the quiet fan");
-    settings_->require_subcommand(0, 1);
-    set_ = AddCommand(*settings_, "set", "Change one of them");
+    AddFlag(app_, "--json", words.json, "Print one JSON value: the same as --format json");
+    app_.add_option("--format", words.format, "table, json, ndjson, csv or prometheus");
+    app_.add_option("--watch", words.watch, "Look again every so many seconds (0.2 to 86400; alone: 2)");
+    app_.add_option("--count", words.count, "With --watch: end after so many samples");
+    AddFlag(app_, "--no-wait", words.no_wait, "Leave out the manufacture information, which can take 3 seconds");
+    for (const Command& command : Commands()) commands_.push_back(AddCommand(app_, command.name, command.summary));
+    CLI::App* settings = app_.get_subcommand("settings");
+    settings->require_subcommand(0, 1);
+    set_ = AddCommand(*settings, "set", "Change one of them");
     set_->add_option("setting", words.setting, "charge-limit or quiet-fan");
     set_->add_option("value", words.value, "charge-limit: 60, 80 or 100 percent; quiet-fan: on or off");
     AddFlag(*set_, "--dry-run", words.dry_run, "Find out whether the firmware offers it, and change nothing");
+    AddOthers(options, words);
   }
 
   // What is wrong, or empty.
@@ -76,27 +94,122 @@ class CommandLine {
 
   // The help of the whole client; of one command only, once a command line with that command was parsed.
   std::string Help() const { return app_.help(); }
-  bool Settings() const { return settings_->parsed(); }
   bool Set() const { return set_->parsed(); }
+  bool Has(const char* command) const { return app_.get_subcommand(command)->parsed(); }
+
+  // The command whose readings are meant.
+  const Command* Chosen() const {
+    for (size_t i = 0; i < commands_.size(); ++i) {
+      if (commands_[i]->parsed()) return &Commands()[i];
+    }
+    return nullptr;
+  }
+
+  // What does something else than showing a command's readings.
+  Action Other() const {
+    constexpr std::pair<const char*, Action> kOthers[] = {
+        {"get", Action::kGet}, {"keys", Action::kKeys}, {"completion", Action::kCompletion}};
+    for (const auto& [name, action] : kOthers) {
+      if (Has(name)) return action;
+    }
+    return Set() ? Action::kChange : Action::kReadings;
+  }
 
  private:
+  void AddOthers(Options& options, Words& words) {
+    CLI::App* get = AddCommand(app_, "get", "Print the value of one reading, bare");
+    get->add_option("key", words.key, "The reading's key, for instance battery.rsoc; \"keys\" lists them");
+    AddCommand(app_, "keys", "List every reading: key, unit, export, metric");
+    CLI::App* completion = AddCommand(app_, "completion", "Print a completion script for a shell");
+    completion->add_option("shell", options.shell, "bash or powershell");
+  }
+
   static void AddFlag(CLI::App& app, const char* name, bool& flag, const char* description) {
     app.add_flag(name, flag, description)->disable_flag_override();
   }
 
-  static CLI::App* AddCommand(CLI::App& app, const char* name, const char* description) {
-    CLI::App* command = app.add_subcommand(name, description)->fallthrough();
+  static CLI::App* AddCommand(CLI::App& app, std::string_view name, std::string_view description) {
+    CLI::App* command = app.add_subcommand(std::string(name), std::string(description))->fallthrough();
     command->set_help_flag();
     return command;
   }
 
   CLI::App app_;
-  CLI::App* settings_ = nullptr;
+  std::vector<CLI::App*> commands_;
   CLI::App* set_ = nullptr;
 };
 
-bool AnyStartsWith(const std::vector<std::string>& arguments, std::string_view text) {
-  return std::ranges::any_of(arguments, [text](const std::string& argument) { return argument.starts_with(text); });
+bool IsNumeric(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789.") == std::string_view::npos;
+}
+
+// "--watch" may stand alone: what follows it is its value only when it looks like one.
+std::vector<std::string> WithWatchValue(const std::vector<std::string>& arguments) {
+  std::vector<std::string> result;
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    if (arguments[i] != "--watch") {
+      result.push_back(arguments[i]);
+    } else if (i + 1 < arguments.size() && IsNumeric(arguments[i + 1])) {
+      result.push_back("--watch=" + arguments[++i]);
+    } else {
+      result.emplace_back("--watch=2");
+    }
+  }
+  return result;
+}
+
+std::optional<uint32_t> WholeNumber(std::string_view text, uint32_t least, uint32_t largest) {
+  uint32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number < least || number > largest) return {};
+  return number;
+}
+
+// Milliseconds of "2", "0.5", "1.25".
+std::optional<uint32_t> Interval(std::string_view text) {
+  constexpr uint32_t kLeastMs = 200;
+  const size_t point = text.find('.');
+  const auto seconds = WholeNumber(text.substr(0, point), 0, kLongestSeconds);
+  if (!seconds) return {};
+  uint32_t thousandths = 0;
+  if (point != std::string_view::npos) {
+    std::string digits(text.substr(point + 1));
+    if (digits.empty() || digits.size() > 3) return {};
+    digits.resize(3, '0');
+    const auto fraction = WholeNumber(digits, 0, 999);
+    if (!fraction) return {};
+    thousandths = *fraction;
+  }
+  const uint32_t interval_ms = *seconds * 1000 + thousandths;
+  if (interval_ms < kLeastMs || interval_ms > kLongestSeconds * 1000) return {};
+  return interval_ms;
+}
+
+std::string ReadWatch(const Words& words, Options& options) {
+  if (words.watch.empty()) return words.count.empty() ? "" : "--count belongs to --watch";
+  if (options.action != Action::kReadings && options.action != Action::kGet) {
+    return "--watch goes with commands that show readings";
+  }
+  if (options.format == Format::kPrometheus) return "--watch does not go with --format prometheus";
+  options.watch.emplace();
+  const auto interval = Interval(words.watch);
+  if (!interval) return "--watch takes 0.2 to 86400 seconds, not \"" + words.watch + "\"";
+  options.watch->interval_ms = *interval;
+  if (words.count.empty()) return {};
+  options.watch->count = WholeNumber(words.count, 1, 1000000000);
+  return options.watch->count ? "" : "--count takes a number from 1 up, not \"" + words.count + "\"";
+}
+
+std::string ReadFormat(const Words& words, Options& options) {
+  if (words.json) options.format = Format::kJson;
+  if (words.format.empty()) return {};
+  const std::optional<Format> format = FormatFrom(words.format);
+  if (!format) return "--format takes table, json, ndjson, csv or prometheus, not \"" + words.format + "\"";
+  if (words.json && *format != Format::kJson) return "--json and --format " + words.format + " exclude each other";
+  options.format = *format;
+  const bool readings = options.action == Action::kReadings || options.action == Action::kGet;
+  const bool plain = *format == Format::kTable || *format == Format::kJson;
+  return readings || plain ? "" : "--format " + words.format + " goes with commands that show readings";
 }
 
 // What is wrong with a command line that was taken apart, or empty.
@@ -108,36 +221,76 @@ std::string ReadChange(const Words& words, Options& options) {
   return std::move(parsed.error);
 }
 
+std::string ReadRest(const Words& words, Options& options) {
+  switch (options.action) {
+    case Action::kChange: return ReadChange(words, options);
+    case Action::kGet:
+      options.key = words.key;
+      if (words.key.empty()) return "get: which reading? \"keys\" lists them";
+      return FindRow(words.key) == nullptr ? "there is no reading \"" + words.key + "\"; \"keys\" lists them" : "";
+    case Action::kCompletion:
+      return CompletionScript(options.shell).empty() ? "completion: for which shell, bash or powershell?" : "";
+    default: return {};
+  }
+}
+
+bool WaitsFor(const Options& options) {
+  const bool shows = options.command == FindCommand("status") || options.command == FindCommand("battery") ||
+                     options.command == FindCommand("all");
+  return options.action == Action::kReadings && shows;
+}
+
+// The format that a command line asks for that is wrong elsewhere.
+Format FormatIn(const std::vector<std::string>& arguments) {
+  Format format = Format::kTable;
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    std::string_view word = arguments[i];
+    if (word.starts_with("--json")) format = Format::kJson;
+    if (word == "--format" && i + 1 < arguments.size()) format = FormatFrom(arguments[i + 1]).value_or(format);
+    if (word.starts_with("--format=")) format = FormatFrom(word.substr(9)).value_or(format);
+  }
+  return format;
+}
+
+// The first word that names a command, so that a usage error keeps the promised readings.
+const Command* CommandIn(const std::vector<std::string>& arguments) {
+  for (const std::string& argument : arguments) {
+    if (const Command* command = FindCommand(argument)) return command;
+  }
+  return FindCommand("status");
+}
+
 }  // namespace
 
 Options ParseOptions(const std::vector<std::string>& arguments) {
   Options options;
   Words words;
   CommandLine line(options, words);
-  options.text = line.Parse(arguments);
+  options.text = line.Parse(WithWatchValue(arguments));
   const bool parsed = options.text.empty();
   options.may_wait = !words.no_wait;
-  options.settings = line.Settings() || std::ranges::find(arguments, "settings") != arguments.end();
-  if (parsed && words.help) {
-    options.action = Options::Action::kHelp;
-    Options unused;
-    options.text = CommandLine(unused, words).Help();
+  options.command = line.Chosen() != nullptr ? line.Chosen() : CommandIn(arguments);
+  if (parsed && (words.help || words.version)) {
+    options.action = words.help ? Action::kHelp : Action::kVersion;
+    options.format = FormatIn(arguments);
+    if (words.help) {
+      Options unused;
+      options.text = CommandLine(unused, words).Help();
+    }
     return options;
   }
-  if (parsed && words.version) {
-    options.action = Options::Action::kVersion;
-    return options;
-  }
-  if (parsed && line.Settings()) {
-    options.action = line.Set() ? Options::Action::kChange : Options::Action::kSettings;
-    if (words.no_wait)
-      options.text = "--no-wait belongs to status";
-    else if (line.Set())
-      options.text = ReadChange(words, options);
+  if (parsed) {
+    options.action = line.Other();
+    options.text = ReadFormat(words, options);
+    if (options.text.empty()) options.text = ReadWatch(words, options);
+    if (options.text.empty()) options.text = ReadRest(words, options);
+    if (options.text.empty() && words.no_wait && !WaitsFor(options)) {
+      options.text = "--no-wait belongs to status, battery and all";
+    }
   }
   if (!options.text.empty()) {
-    options.action = Options::Action::kUsageError;
-    options.json = AnyStartsWith(arguments, "--json");
+    options.action = Action::kUsageError;
+    options.format = FormatIn(arguments);
   }
   return options;
 }

@@ -2,22 +2,45 @@
 #ifndef CLIENT_OPTIONS_H_
 #define CLIENT_OPTIONS_H_
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "client/change.h"
+#include "client/families.h"
+#include "client/formats.h"
 
 namespace vexahealth {
 
-struct Options {
-  enum class Action { kStatus, kSettings, kChange, kHelp, kVersion, kUsageError };
+// How often to sample, and how many times.
+struct WatchOptions {
+  uint32_t interval_ms = 2000;
+  std::optional<uint32_t> count;  // nothing: until interrupted
+};
 
-  Action action = Action::kStatus;
-  bool json = false;      // also set beside a usage error, where --json stands among the arguments
-  bool settings = false;  // the arguments are about settings, also beside a usage error
+struct Options {
+  enum class Action {
+    kReadings,
+    kGet,
+    kChange,
+    kKeys,
+    kCompletion,
+    kHelp,
+    kVersion,
+    kUsageError,
+  };
+
+  Action action = Action::kReadings;
+  const Command* command = nullptr;  // whose readings; also beside a usage error
+  Format format = Format::kTable;    // also set beside a usage error, as far as it was understood
   bool may_wait = true;
+  std::string key;  // kGet
+  std::optional<WatchOptions> watch;
   ChangeRequest change;
-  std::string text;  // the help, or what is wrong
+  std::string shell;  // kCompletion
+  std::string text;   // the help, or what is wrong
+
+  bool json() const { return format == Format::kJson; }
 };
 
 // From the arguments after the program's name, in UTF-8. Prints nothing.

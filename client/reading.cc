@@ -26,19 +26,35 @@ std::vector<Reading> NothingCollected(std::string_view reason, std::span<const R
   return readings;
 }
 
+const Reading* FindReading(std::span<const Reading> readings, std::string_view key) {
+  const auto found = std::ranges::find_if(readings, [key](const Reading& reading) { return reading.row->key == key; });
+  return found == readings.end() ? nullptr : &*found;
+}
+
 std::optional<int64_t> NumberOf(std::span<const Reading> readings, std::string_view key) {
   const Reading& reading = readings[RowIndex(key)];
   if (reading.status != Status::kOk) return std::nullopt;
   return std::get<int64_t>(reading.value);
 }
 
+bool TellsNotebook(const Row& row, Route route) {
+  switch (row.section) {
+    case Section::kLibrary:
+    case Section::kApplication: return false;
+    case Section::kSystem: return row.gate == Gate::kController;
+    case Section::kChargeLimit:
+    case Section::kQuietFan: return !row.key.ends_with(".remembered");
+    default: break;
+  }
+  if (row.key == "adapter.online") return false;
+  return route != Route::kFirmware || row.on_firmware != OnFirmware::kSystem;
+}
+
 int ExitCodeFor(const Report& report) {
-  const bool firmware = report.library.route == Route::kFirmware;
-  const bool news = std::ranges::any_of(report.readings, [firmware](const Reading& reading) {
-    if (firmware && reading.row->on_firmware == OnFirmware::kSystem) return false;
-    return reading.status == Status::kOk && reading.row->section != Section::kLibrary;
+  const bool news = std::ranges::any_of(report.readings, [&report](const Reading& reading) {
+    return reading.status == Status::kOk && TellsNotebook(*reading.row, report.library.route);
   });
-  return report.library.ready && news ? kExitOk : kExitNoReadings;
+  return (report.library.ready || !report.library.needs_driver) && news ? kExitOk : kExitNoReadings;
 }
 
 }  // namespace vexahealth

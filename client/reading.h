@@ -53,22 +53,32 @@ enum class Route { kUnknown, kDriver, kFirmware };
 struct LibraryState {
   std::string path;  // UTF-8
   bool loaded = false;
-  bool ready = false;  // InitializeWinIo answered 1
+  bool ready = false;        // InitializeWinIo answered 1
+  bool needs_driver = true;  // false: the command asks nothing that needs InitializeWinIo, so it was not called
   std::optional<uint32_t> version;
   Route route = Route::kUnknown;
 };
 
 struct Report {
   LibraryState library;
-  std::vector<Reading> readings;  // one per row, in the order of kRows
-  std::string error;              // what kept the client from collecting; empty: nothing
+  std::vector<Reading> readings;   // every one that the command promises, in its order, whatever failed
+  std::string error;               // what kept the client from collecting; empty: nothing
+  std::string command = "status";  // as on the command line
+  std::string time = {};           // when the readings were taken: UTC, ISO 8601
 };
 
 // Readings for a report that could collect nothing, each with this reason.
 std::vector<Reading> NothingCollected(std::string_view reason, std::span<const Row> rows = kRows);
 
+// The reading with this key, or null.
+const Reading* FindReading(std::span<const Reading> readings, std::string_view key);
+
 // The number of a reading that is ok, among readings in the order of kRows. The key is that of a number.
 std::optional<int64_t> NumberOf(std::span<const Reading> readings, std::string_view key);
+
+// False for rows whose value comes from the library, its driver, the system or a file, so that it is there also when
+// nothing of the notebook answers.
+bool TellsNotebook(const Row& row, Route route);
 
 // kExitOk or kExitNoReadings, for a library that was loaded.
 int ExitCodeFor(const Report& report);

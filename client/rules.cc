@@ -42,6 +42,7 @@ Reading DecideNumber(const Row& row, const Answer& answer, CrossCheck check) {
   if (row.reserved == Reserved::kZeroIsFault && answer.number == 0) {
     return Missing(row, Status::kNoAnswer, NoAnswerReason(row));
   }
+  if (row.reserved == Reserved::kNotOffered && answer.number == VEXA_NOT_AVAILABLE) return NotOffered(row);
   if (NeedsCrossCheck(row, answer, Route::kDriver)) return FromCrossCheck(row, answer, check);
   if (!InRange(row.kind, answer.number)) return OutOfRange(row, answer);
   return Ok(row, ValueFrom(row.kind, answer.number), NoteOn(row.kind, answer.number));
@@ -85,6 +86,8 @@ Reading OutOfRange(const Row& row, const Answer& answer) {
   return Missing(row, Status::kError, Printf("the answer 0x%x is out of range", answer.number));
 }
 
+Reading NotOffered(const Row& row) { return Missing(row, Status::kUnsupported, "this machine does not tell it"); }
+
 Reading MissingExport(const Row& row) {
   return Missing(row, Status::kUnsupported, Printf("VexaWinIO64.dll does not export %s", row.export_name));
 }
@@ -105,9 +108,9 @@ std::optional<Reading> DecideWithoutCall(const Row& row, const Circumstances& no
   }
   if (row.gate == Gate::kGauge) return std::nullopt;
   if (now.table.kind == TableState::Kind::kAbsent) return Missing(row, Status::kUnsupported, kNoTable);
-  if (row.gate == Gate::kTable10 && now.table.version < 10) {
+  if (now.table.version < row.min_version) {
     return Missing(row, Status::kUnsupported,
-                   Printf("needs healthy-table version 10, this EC has %u", now.table.version));
+                   Printf("needs healthy-table version %u, this EC has %u", row.min_version, now.table.version));
   }
   return std::nullopt;
 }
@@ -143,8 +146,7 @@ Reading Decide(const Row& row, const Answer& answer, const Circumstances& now, C
                                                                          : DecideNumber(row, answer, check);
     case Signature::kTextBuffer: return DecideBufferText(row, answer, now);
     case Signature::kTextByValue: return DecideInformation(row, answer);
-    case Signature::kComNumber:
-    case Signature::kComPath: break;  // settings, decided elsewhere
+    default: break;  // decided elsewhere
   }
   return Missing(row, Status::kError, "not a reading of the notebook's state");
 }

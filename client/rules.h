@@ -50,6 +50,7 @@ struct Circumstances {
 [[nodiscard]] Reading Missing(const Row& row, Status status, std::string note);
 [[nodiscard]] Reading Ok(const Row& row, Value value, std::string note = {});
 [[nodiscard]] Reading MissingExport(const Row& row);
+[[nodiscard]] Reading NotOffered(const Row& row);
 [[nodiscard]] Reading OutOfRange(const Row& row, const Answer& answer);
 
 TableState TableStateFrom(const Answer& version);

@@ -20,12 +20,19 @@ void Complain(const std::string& text);
 // To standard output. Returns exit_code, or kExitOutputFailed.
 [[nodiscard]] int Print(const std::string& text, int exit_code);
 
-// The commands "settings" and "settings set", which need no InitializeWinIo. They return the exit code.
-[[nodiscard]] int RunSettings(const Options& options);
-[[nodiscard]] int RunChange(const Options& options);
+// A report of the command's readings with a fresh start of the library, and the exit code that it deserves. With a key,
+// of that reading alone.
+struct Sample {
+  Report report;
+  int exit_code = 0;
+};
+[[nodiscard]] Sample TakeSample(const Command& command, bool may_wait, std::string_view key = {});
 
-// The settings' document for a command line that was not understood.
-[[nodiscard]] std::string SettingsUsageJson(const std::string& error);
+// The commands; they return the exit code.
+[[nodiscard]] int RunReadings(const Options& options);
+[[nodiscard]] int RunChange(const Options& options);
+[[nodiscard]] int RunVersion(const Options& options);
+[[nodiscard]] int RunUsageError(const Options& options);
 
 }  // namespace vexahealth
 

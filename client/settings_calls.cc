@@ -27,7 +27,21 @@ void SetFan(int32_t on, const SettingExports& exports, ChangeFacts& facts) {
   Ask(kFanState, exports, facts.after);
 }
 
+template <typename Declared>
+void ResolveNamed(const Resolver& resolve, const char* name, Declared& function) {
+  function = reinterpret_cast<Declared>(resolve(name));
+}
+
 }  // namespace
+
+SettingExports ResolveSettings(const Resolver& resolve) {
+  SettingExports settings;
+  for (size_t i = 0; i < kSettingRowCount; ++i) settings.rows[i] = resolve(kSettingRows[i].export_name);
+  ResolveNamed(resolve, "WMISetBatteryHealth", settings.set_limit);
+  ResolveNamed(resolve, "WMISetBatteryHealthToUser", settings.remember_limit);
+  ResolveNamed(resolve, "WMISetQuietFan", settings.set_fan);
+  return settings;
+}
 
 SettingAnswers AskSettings(const SettingExports& exports, WideDecoder decode) {
   SettingAnswers answers;

@@ -7,6 +7,9 @@
 
 namespace vexahealth {
 
+// The settings' exports of a library.
+[[nodiscard]] SettingExports ResolveSettings(const Resolver& resolve);
+
 // Asks every row. InitializeWinIo is not needed, for the calls below neither.
 [[nodiscard]] SettingAnswers AskSettings(const SettingExports& exports, WideDecoder decode);
 

@@ -62,11 +62,12 @@ std::string ChangeText(const Change& change) {
 
 std::string SettingsJson(const SettingsReport& report) {
   Json document = Document();
+  document["command"] = report.change ? "settings set" : "settings";
+  document["time"] = TextOrNull(report.time);
   document["error"] = TextOrNull(report.error);
   document["library"] = LibraryJson(report.library);
-  document["library"].erase("ready");  // the settings need no InitializeWinIo
   if (report.change) document["change"] = ChangeJson(*report.change);
-  AddReadings(document, "settings", report.settings);
+  AddReadings(document, "readings", report.settings);
   return Dump(document);
 }
 

@@ -1,17 +1,17 @@
-// The settings, and what became of a change, as one JSON value for programs and as a table for people.
+// What became of a change of a setting, and the settings after it, as one JSON value for programs and as a table for
+// people. Where the client did not come as far as a change, the value has no "change".
 //
 //   {"schema_version": 1,
 //    "tool": {"name", "version"},
-//    "error": null or a text,
-//    "library": {"path", "loaded", "version", "route"},
+//    "command": "settings set",
+//    "time", "error", "library": as every report
 //    "change": {"setting": "charge-limit", "requested": 80, "dry_run": false, "outcome": "accepted", "before": 100,
 //               "accepted": true, "file_written": true, "reads_back": true, "plan": [], "verified": ["..."],
 //               "not_verified": ["..."]},
-//    "settings": {"charge_limit.supported": {"value": true, "unit": null, "status": "ok",
-//                 "source": "WMICheckBatteryHealthSupport"}, ...},
-//    "notes": {"charge_limit.remembered": "...", ...}}
+//    "readings": {"charge_limit.supported": {"value": true, "unit": null, "status": "ok",
+//                 "source": "WMICheckBatteryHealthSupport", "reason": "..."}, ...}}
 //
-// "change" is there for "settings set" only; its "outcome" is not_tried, not_supported, planned, refused, accepted or
+// "outcome" is not_tried, not_supported, planned, refused, accepted or
 // not_confirmed; "accepted", "file_written" and "reads_back" are null where that did not come up. "requested" and
 // "before" are percents, and true or false for the quiet fan. Every setting is there, always in the same order,
 // whatever failed; those that a change did not need are not_collected.
@@ -32,6 +32,7 @@ struct SettingsReport {
   std::optional<Change> change;
   std::vector<Reading> settings;  // one per row, in the order of kSettingRows
   std::string error;
+  std::string time = {};
 };
 
 // Pure ASCII; ends in "\n".

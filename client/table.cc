@@ -100,7 +100,7 @@ std::string SectionsText(std::span<const Reading> readings, bool told) {
     const auto section = static_cast<Section>(i);
     bool titled = false;
     for (const Reading& reading : readings) {
-      if (reading.row->section != section) continue;
+      if (reading.row->section != section || reading.row->detail) continue;
       if (!titled) AppendLine(table, "\n" + std::string(SectionTitle(section)));
       titled = true;
       AppendReading(table, reading, widths, told);

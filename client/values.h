@@ -18,6 +18,9 @@ bool InRange(Kind kind, uint32_t answer);
 // nothing when the calendar has no such day.
 std::optional<std::string> DateText(uint32_t packed);
 
+// The two characters of the EC's firmware revision.
+std::string RevisionText(uint32_t answer);
+
 // Temperature in degrees Celsius with one decimal, from 0.1 K.
 std::string CelsiusText(int64_t deci_kelvin);
 

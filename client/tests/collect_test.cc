@@ -20,8 +20,11 @@ class CollectTest : public testing::Test {
   void SetUp() override { TheScript() = HealthyScript(); }
 
   std::vector<Reading> Run(bool ready = true, bool may_wait = true) {
-    readings_ =
-        Collect(ScriptedExports(), {.ready = ready, .may_wait = may_wait, .route = Route::kDriver, .decode = AsItIs});
+    readings_ = Collect({.resolve = ScriptedExports(),
+                         .ready = ready,
+                         .may_wait = may_wait,
+                         .route = Route::kDriver,
+                         .decode = AsItIs});
     return readings_;
   }
   const Reading& At(std::string_view key) { return readings_[RowIndex(key)]; }
@@ -55,7 +58,7 @@ TEST_F(CollectTest, EveryReadingComesFromItsOwnExport) {
                            : row.kind == Kind::kInterfaceVersion ? Value("0.1")
                            : row.signature == Signature::kNumber ? Value(int64_t{1})
                                                                  : Value("other");
-    if (row.gate != Gate::kTable10) {
+    if (row.gate != Gate::kTableWaits) {
       EXPECT_EQ(At(row.key).value, expected) << row.key;
     }
   }
@@ -135,17 +138,21 @@ TEST_F(CollectTest, TheWaitCanBeLeftOut) {
 }
 
 TEST_F(CollectTest, AMissingExportCostsOneReading) {
-  RowExports exports = ScriptedExports();
-  exports[RowIndex("battery.cycle_count")] = nullptr;
-  readings_ = Collect(exports, {.ready = true, .may_wait = true, .route = Route::kDriver, .decode = AsItIs});
+  readings_ = Collect({.resolve = ScriptedExports("battery.cycle_count"),
+                       .ready = true,
+                       .may_wait = true,
+                       .route = Route::kDriver,
+                       .decode = AsItIs});
   EXPECT_EQ(At("battery.cycle_count").status, Status::kUnsupported);
   EXPECT_EQ(Count(Status::kUnsupported), 1);
 }
 
 TEST_F(CollectTest, WithoutTheVoltageExportZerosAreCheckedByTheVersion) {
-  RowExports exports = ScriptedExports();
-  exports[RowIndex("battery.voltage")] = nullptr;
-  readings_ = Collect(exports, {.ready = true, .may_wait = true, .route = Route::kDriver, .decode = AsItIs});
+  readings_ = Collect({.resolve = ScriptedExports("battery.voltage"),
+                       .ready = true,
+                       .may_wait = true,
+                       .route = Route::kDriver,
+                       .decode = AsItIs});
   EXPECT_EQ(At("battery.error").status, Status::kOk);
 }
 

@@ -24,8 +24,9 @@ class FirmwareTest : public testing::Test {
 
   void Run() {
     readings_ = Collect(
-        ScriptedExports(),
-        {.ready = true, .route = Route::kFirmware, .decode = AsItIs, .power_line = [] { return g_power_line; }});
+        {.resolve = ScriptedExports(), .ready = true, .route = Route::kFirmware, .decode = AsItIs, .power_line = [] {
+           return g_power_line;
+         }});
   }
   const Reading& At(std::string_view key) { return readings_[RowIndex(key)]; }
   Status StatusOf(std::string_view key) { return At(key).status; }

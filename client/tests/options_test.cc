@@ -9,8 +9,8 @@ using Action = Options::Action;
 
 TEST(ParseOptions, NoCommandMeansStatus) {
   const Options options = ParseOptions({});
-  EXPECT_EQ(options.action, Action::kStatus);
-  EXPECT_FALSE(options.json);
+  EXPECT_EQ(options.action, Action::kReadings);
+  EXPECT_FALSE(options.json());
   EXPECT_TRUE(options.may_wait);
 }
 
@@ -19,8 +19,8 @@ TEST(ParseOptions, OptionsStandBeforeOrAfterTheCommand) {
                                                     {"--json", "status", "--no-wait"},
                                                     {"--no-wait", "status", "--json"}}) {
     const Options options = ParseOptions(arguments);
-    EXPECT_EQ(options.action, Action::kStatus);
-    EXPECT_TRUE(options.json);
+    EXPECT_EQ(options.action, Action::kReadings);
+    EXPECT_TRUE(options.json());
     EXPECT_FALSE(options.may_wait);
   }
 }
@@ -41,9 +41,9 @@ TEST(ParseOptions, WhatIsNotKnownIsAUsageError) {
 }
 
 TEST(ParseOptions, AUsageErrorStillKnowsThatJsonIsWanted) {
-  EXPECT_TRUE(ParseOptions({"bogus", "--json"}).json);
-  EXPECT_TRUE(ParseOptions({"--json", "status", "--bogus"}).json);
-  EXPECT_FALSE(ParseOptions({"bogus"}).json);
+  EXPECT_TRUE(ParseOptions({"bogus", "--json"}).json());
+  EXPECT_TRUE(ParseOptions({"--json", "status", "--bogus"}).json());
+  EXPECT_FALSE(ParseOptions({"bogus"}).json());
 }
 
 TEST(ParseOptions, HelpAndVersionKeepJson) {
@@ -52,15 +52,14 @@ TEST(ParseOptions, HelpAndVersionKeepJson) {
   EXPECT_NE(ParseOptions({"--help"}).text.find("--no-wait"), std::string::npos);
   const Options options = ParseOptions({"--version", "--json"});
   EXPECT_EQ(options.action, Action::kVersion);
-  EXPECT_TRUE(options.json);
+  EXPECT_TRUE(options.json());
 }
 
 TEST(ParseOptions, SettingsAreShown) {
   const Options options = ParseOptions({"settings", "--json"});
-  EXPECT_EQ(options.action, Action::kSettings);
-  EXPECT_TRUE(options.json);
-  EXPECT_TRUE(options.settings);
-  EXPECT_FALSE(ParseOptions({"status"}).settings);
+  EXPECT_EQ(options.action, Action::kReadings);
+  EXPECT_TRUE(options.json());
+  EXPECT_EQ(options.command, FindCommand("settings"));
 }
 
 TEST(ParseOptions, SettingsAreChanged) {
@@ -73,7 +72,7 @@ TEST(ParseOptions, SettingsAreChanged) {
     EXPECT_EQ(options.change.setting, Setting::kChargeLimit);
     EXPECT_EQ(options.change.value, 80);
     EXPECT_TRUE(options.change.dry_run);
-    EXPECT_TRUE(options.json);
+    EXPECT_TRUE(options.json());
   }
   const Options options = ParseOptions({"settings", "set", "quiet-fan", "off"});
   EXPECT_EQ(options.change.setting, Setting::kQuietFan);
@@ -101,8 +100,8 @@ TEST(ParseOptions, AWrongSettingIsAUsageErrorAndNotAnotherCommand) {
     EXPECT_NE(options.text, "");
   }
   EXPECT_NE(ParseOptions({"settings", "set", "charge-limit", "70"}).text.find("60, 80 or 100"), std::string::npos);
-  EXPECT_TRUE(ParseOptions({"settings", "set", "charge-limit", "70", "--json"}).json);
-  EXPECT_TRUE(ParseOptions({"settings", "--bogus"}).settings);
+  EXPECT_TRUE(ParseOptions({"settings", "set", "charge-limit", "70", "--json"}).json());
+  EXPECT_TRUE(ParseOptions({"settings", "--bogus"}).command == FindCommand("settings"));
 }
 
 TEST(ParseOptions, HelpNeverChangesAnything) {

@@ -1,6 +1,7 @@
 #include "client/tests/scripted_library.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
@@ -48,8 +49,7 @@ AnyExport ExportFor() {
     case Signature::kNumber: return reinterpret_cast<AnyExport>(&AnswerNumber<index>);
     case Signature::kTextBuffer: return reinterpret_cast<AnyExport>(&FillText<index>);
     case Signature::kTextByValue: return reinterpret_cast<AnyExport>(&AnswerText<index>);
-    case Signature::kComNumber:
-    case Signature::kComPath: break;  // settings
+    default: break;  // of other families
   }
   return nullptr;
 }
@@ -116,10 +116,16 @@ Script HealthyFirmwareScript() {
   return script;
 }
 
-RowExports ScriptedExports() {
-  return []<size_t... index>(std::index_sequence<index...>) {
-    return RowExports{ExportFor<index>()...};
+Resolver ScriptedExports(std::string_view without) {
+  static const auto exports = []<size_t... index>(std::index_sequence<index...>) {
+    return std::array<AnyExport, kRowCount>{ExportFor<index>()...};
   }(std::make_index_sequence<kRowCount>());
+  return [without](const char* name) -> AnyExport {
+    const auto row =
+        std::ranges::find_if(kRows, [name](const Row& r) { return std::string_view(r.export_name) == name; });
+    if (row == kRows.end() || row->key == without) return nullptr;
+    return exports[static_cast<size_t>(row - kRows.begin())];
+  };
 }
 
 }  // namespace vexahealth

@@ -29,7 +29,8 @@ Script HealthyScript();
 // The same notebook as an ARM64 machine answers it: constants where the firmware has no such value.
 Script HealthyFirmwareScript();
 
-RowExports ScriptedExports();
+// Finds the scripted exports by their names; those of `without` are missing.
+Resolver ScriptedExports(std::string_view without = {});
 
 }  // namespace vexahealth
 

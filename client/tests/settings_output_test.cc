@@ -15,7 +15,9 @@ using Json = nlohmann::ordered_json;
 
 std::string Narrowed(std::wstring_view text) { return std::string(text.begin(), text.end()); }
 
-LibraryState Loaded() { return {.path = "C:\\x\\VexaWinIO64.dll", .loaded = true, .version = 0x00010001}; }
+LibraryState Loaded() {
+  return {.path = "C:\\x\\VexaWinIO64.dll", .loaded = true, .needs_driver = false, .version = 0x00010001};
+}
 
 SettingsReport Shown(const SettingsMachine& machine) {
   TheMachine() = machine;
@@ -37,24 +39,26 @@ SettingsReport Changed(const SettingsMachine& machine, const ChangeRequest& requ
 }
 
 void ExpectAllSettings(const Json& json) {
-  ASSERT_EQ(json["settings"].size(), kSettingRows.size());
+  ASSERT_EQ(json["readings"].size(), kSettingRows.size());
   size_t row = 0;
-  for (const auto& [key, reading] : json["settings"].items()) {
+  for (const auto& [key, reading] : json["readings"].items()) {
     EXPECT_EQ(key, kSettingRows[row++].key);
-    EXPECT_EQ(reading.size(), 4u) << key;
+    EXPECT_EQ(reading.size(), 5u) << key;
     EXPECT_EQ(reading["value"].is_null(), reading["status"] != "ok") << key;
   }
 }
 
-TEST(SettingsJson, EverySettingHasItsFourMembers) {
+TEST(SettingsJson, EverySettingHasItsMembers) {
   const Json json = Json::parse(SettingsJson(Shown({.key_limit = 60, .folder = L"C:\\App"})));
   ExpectAllSettings(json);
   EXPECT_FALSE(json.contains("change"));
-  EXPECT_FALSE(json["library"].contains("ready"));
-  EXPECT_EQ(json["settings"]["charge_limit.remembered"],
-            Json::parse(R"({"value": 60, "unit": "%", "status": "ok", "source": "WMIGetBatteryHealth"})"));
-  EXPECT_EQ(json["settings"]["quiet_fan.state"]["value"], false);
-  EXPECT_TRUE(json["notes"].contains("charge_limit.remembered"));
+  EXPECT_EQ(json["library"]["ready"], nullptr);
+  EXPECT_EQ(json["command"], "settings");
+  EXPECT_EQ(json["readings"]["charge_limit.remembered"],
+            Json::parse(R"({"value": 60, "unit": "%", "status": "ok", "source": "WMIGetBatteryHealth",
+                           "reason": "from the hotkey utility's key: no application folder is known"})"));
+  EXPECT_EQ(json["readings"]["quiet_fan.state"]["value"], false);
+  EXPECT_TRUE(json["readings"]["charge_limit.remembered"]["reason"].is_string());
 }
 
 TEST(SettingsJson, AChangeTellsItsFacts) {
@@ -67,8 +71,8 @@ TEST(SettingsJson, AChangeTellsItsFacts) {
   EXPECT_EQ(json["change"]["outcome"], "accepted");
   EXPECT_EQ(json["change"]["before"], 100);
   EXPECT_EQ(json["change"]["file_written"], true);
-  EXPECT_EQ(json["settings"]["charge_limit.remembered"]["value"], 60);
-  EXPECT_EQ(json["settings"]["quiet_fan.state"]["status"], "not_collected");
+  EXPECT_EQ(json["readings"]["charge_limit.remembered"]["value"], 60);
+  EXPECT_EQ(json["readings"]["quiet_fan.state"]["status"], "not_collected");
 
   json = Json::parse(
       SettingsJson(Changed({.fan = std::nullopt}, {.setting = Setting::kQuietFan, .value = 1, .dry_run = true})));
@@ -77,7 +81,7 @@ TEST(SettingsJson, AChangeTellsItsFacts) {
   EXPECT_EQ(json["change"]["dry_run"], true);
   EXPECT_EQ(json["change"]["outcome"], "not_supported");
   EXPECT_EQ(json["change"]["accepted"], nullptr);
-  EXPECT_EQ(json["settings"]["quiet_fan.state"]["status"], "unsupported");
+  EXPECT_EQ(json["readings"]["quiet_fan.state"]["status"], "unsupported");
 }
 
 TEST(SettingsJson, HostilePathsAndWordsStayInsideTheirStrings) {
@@ -85,7 +89,7 @@ TEST(SettingsJson, HostilePathsAndWordsStayInsideTheirStrings) {
   report.error = ParseChange("charge-limit", "\x1b\xff\"").error;
   const std::string text = SettingsJson(report);
   EXPECT_TRUE(std::ranges::all_of(text, [](char c) { return c == '\n' || (c >= 0x20 && c < 0x7F); })) << text;
-  EXPECT_EQ(Json::parse(text)["settings"]["application.folder"]["value"], "C:\\\x1b[2J\"}\n");
+  EXPECT_EQ(Json::parse(text)["readings"]["application.folder"]["value"], "C:\\\x1b[2J\"}\n");
   EXPECT_EQ(SettingsTable(report).find('\x1b'), std::string::npos);
 }
 

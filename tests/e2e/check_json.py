@@ -15,7 +15,7 @@ def main(path, min_ok, *expectations):
     readings = report["readings"]
     problems = []
     for key, reading in readings.items():
-        if set(reading) != {"value", "unit", "status", "source"}:
+        if set(reading) != {"value", "unit", "status", "source", "reason"}:
             problems.append(f"{key}: members {sorted(reading)}")
         elif reading["status"] not in STATUSES:
             problems.append(f"{key}: status {reading['status']}")

@@ -1,0 +1,141 @@
+// The Wi-Fi link and the access points around it.
+#include <array>
+#include <charconv>
+
+#include "client/families.h"
+#include "client/marked_values.h"
+#include "client/rules.h"
+
+namespace vexahealth {
+namespace {
+
+constexpr Section kWifi = Section::kWifi;
+constexpr Section kPoints = Section::kAccessPoints;
+
+// A row of the link; a row of a count inside of a text.
+constexpr Row Link(std::string_view key, std::string_view label, const char* name, Signature signature, Kind kind) {
+  return {.key = key, .label = label, .section = kWifi, .export_name = name, .signature = signature, .kind = kind};
+}
+
+constexpr Row Count(std::string_view key, std::string_view label, const char* name, Signature signature,
+                    std::string_view member = {}) {
+  return {.key = key,
+          .label = label,
+          .section = kPoints,
+          .export_name = name,
+          .signature = signature,
+          .kind = Kind::kStations,
+          .member = member};
+}
+
+#define VEXA_COUNT(key, label, name) Count("wifi." key, label, VEXA_EXPORT(name))
+#define VEXA_MEMBER(key, label, name, member) Count("wifi." key, label, VEXA_EXPORT(name), member)
+#define VEXA_BUCKET(band, label, name, from, to) \
+  Count("wifi." band ".rssi." #from, label ", -" #from " to -" #to " dBm", VEXA_EXPORT(name), "-" #from "~-" #to)
+#define VEXA_BUCKETS(band, label, name)                                               \
+  VEXA_BUCKET(band, label, name, 10, 20), VEXA_BUCKET(band, label, name, 20, 30),     \
+      VEXA_BUCKET(band, label, name, 30, 40), VEXA_BUCKET(band, label, name, 40, 50), \
+      VEXA_BUCKET(band, label, name, 50, 60), VEXA_BUCKET(band, label, name, 60, 70), \
+      VEXA_BUCKET(band, label, name, 70, 80), VEXA_BUCKET(band, label, name, 80, 90), \
+      VEXA_BUCKET(band, label, name, 90, 100)
+
+constexpr std::array<Row, 9 + 15 + 27> kRowsOfWifi = {{
+    Link("wifi.connected", "Connected", VEXA_EXPORT(RF_WiFiIsConnected), Kind::kFlag),
+    Link("wifi.card", "Adapter", VEXA_EXPORT(RF_WiFiCardName), Kind::kText),
+    Link("wifi.rssi", "Signal", VEXA_EXPORT(RF_WiFiRssi), Kind::kDbm),
+    Link("wifi.rssi_main", "Signal, main antenna", VEXA_EXPORT(RF_WiFi_Main_Aux_Rssi), Kind::kDbm),
+    Link("wifi.rssi_aux", "Signal, other antenna", VEXA_EXPORT(RF_WiFi_Main_Aux_Rssi), Kind::kDbm),
+    Link("wifi.channel", "Channel", VEXA_EXPORT(RF_WiFiChannel), Kind::kChannel),
+    Link("wifi.phy", "Kind of link", VEXA_EXPORT(RF_PhyMode), Kind::kText),
+    Link("wifi.max_rate", "Largest rate", VEXA_EXPORT(RF_WiFiMaxRate), Kind::kMegabits),
+    Link("wifi.access_point_vendor", "Access point's vendor", VEXA_EXPORT(RF_AP_MAC), Kind::kText),
+
+    VEXA_COUNT("band24.count", "2.4 GHz", RF_WiFi_2_4G_AP_Num),
+    VEXA_MEMBER("band24.channel.1", "2.4 GHz, channel 1", RF_WiFi_2_4G_AP_Ch_Num, "ch1"),
+    VEXA_MEMBER("band24.channel.6", "2.4 GHz, channel 6", RF_WiFi_2_4G_AP_Ch_Num, "ch6"),
+    VEXA_MEMBER("band24.channel.11", "2.4 GHz, channel 11", RF_WiFi_2_4G_AP_Ch_Num, "ch11"),
+    VEXA_MEMBER("band24.other_channels", "2.4 GHz, other channels", RF_WiFi_2_4G_AP_Ch_Num, "others"),
+    VEXA_BUCKETS("band24", "2.4 GHz", RF_WiFi_2_4G_AP_RSSI_Num),
+    VEXA_COUNT("band5.count", "5 GHz", RF_WiFi_5G_AP_Num),
+    VEXA_MEMBER("band5.band.1", "5 GHz, 5151 to 5250 MHz", RF_WiFi_5G_AP_Band_Num, "band1"),
+    VEXA_MEMBER("band5.band.2", "5 GHz, 5251 to 5350 MHz", RF_WiFi_5G_AP_Band_Num, "band2"),
+    VEXA_MEMBER("band5.band.3", "5 GHz, 5471 to 5725 MHz", RF_WiFi_5G_AP_Band_Num, "band3"),
+    VEXA_MEMBER("band5.band.4", "5 GHz, 5726 to 5850 MHz", RF_WiFi_5G_AP_Band_Num, "band4"),
+    VEXA_BUCKETS("band5", "5 GHz", RF_WiFi_5G_AP_RSSI_Num),
+    VEXA_COUNT("band6.count", "6 GHz", RF_WiFi_6G_AP_Num),
+    VEXA_MEMBER("band6.unii.5", "6 GHz, 5926 to 6425 MHz", RF_WiFi_6G_AP_NUII_Num, "nuii5"),
+    VEXA_MEMBER("band6.unii.6", "6 GHz, 6426 to 6525 MHz", RF_WiFi_6G_AP_NUII_Num, "nuii6"),
+    VEXA_MEMBER("band6.unii.7", "6 GHz, 6526 to 6875 MHz", RF_WiFi_6G_AP_NUII_Num, "nuii7"),
+    VEXA_MEMBER("band6.unii.8", "6 GHz, 6876 to 7125 MHz", RF_WiFi_6G_AP_NUII_Num, "nuii8"),
+    VEXA_BUCKETS("band6", "6 GHz", RF_WiFi_6G_AP_RSSI_Num),
+}};
+
+#undef VEXA_BUCKETS
+#undef VEXA_BUCKET
+#undef VEXA_MEMBER
+#undef VEXA_COUNT
+
+constexpr MarkerReasons kReasons = {.not_collected = "no Wi-Fi adapter, or it is not connected",
+                                    .failed = "the Wi-Fi service did not answer"};
+
+Answer CardName(const Session& session, const Row& row) {
+  const auto read = session.Find<decltype(&RF_WiFiCardName)>(row.export_name);
+  if (read == nullptr) return {};
+  std::array<wchar_t, 2 * VEXA_WIFI_CARD_NAME_CAPACITY> name{};
+  if (read(name.data()) != 0) return {.form = Answer::Form::kText, .number = 0, .text = VEXA_COLLECT_FAILED_TEXT};
+  const std::wstring_view text(name.data(), VEXA_WIFI_CARD_NAME_CAPACITY);
+  const size_t length = text.find(L'\0');
+  if (length == std::wstring_view::npos) return {.form = Answer::Form::kUnterminated, .number = 0, .text = {}};
+  return {.form = Answer::Form::kText, .number = 0, .text = session.context().decode_wide(text.substr(0, length))};
+}
+
+Answer AccessPoint(const Session& session, const Row& row) {
+  const auto read = session.Find<decltype(&RF_AP_MAC)>(row.export_name);
+  if (read == nullptr) return {};
+  std::array<char, 4 * VEXA_WIFI_AP_MAC_CAPACITY> mac{};
+  read(mac.data());
+  const std::string_view text(mac.data(), VEXA_WIFI_AP_MAC_CAPACITY);
+  const size_t length = text.find('\0');
+  if (length == std::string_view::npos) return {.form = Answer::Form::kUnterminated, .number = 0, .text = {}};
+  return {.form = Answer::Form::kText, .number = 0, .text = std::string(text.substr(0, length))};
+}
+
+// "-52:-58": the antenna's number, where something was read.
+Reading Antenna(const Row& row, const Answer& answer, bool main) {
+  if (answer.form != Answer::Form::kText) return DecideMarkedText(row, answer, kReasons);
+  const std::string_view text = answer.text;
+  if (text == "0:0") return Missing(row, Status::kNotPresent, kReasons.not_collected);
+  const size_t colon = text.find(':');
+  const std::string_view part =
+      main ? text.substr(0, colon) : text.substr(colon == std::string_view::npos ? text.size() : colon + 1);
+  int32_t dbm = 0;
+  const auto [end, error] = std::from_chars(part.data(), part.data() + part.size(), dbm);
+  if (error != std::errc() || end != part.data() + part.size()) {
+    return Missing(row, Status::kError, "the answer is not two numbers");
+  }
+  return DecideMarkedNumber(row, static_cast<uint32_t>(dbm), kReasons);
+}
+
+}  // namespace
+
+std::span<const Row> WifiRows() { return kRowsOfWifi; }
+
+std::vector<Reading> CollectWifi(Session& session) {
+  session.Tell("Wi-Fi");
+  std::vector<Reading> readings;
+  AnswerCache answers(session);
+  for (const Row& row : kRowsOfWifi) {
+    if (row.key == "wifi.card") {
+      readings.push_back(DecideMarkedText(row, CardName(session, row), kReasons));
+    } else if (row.key == "wifi.access_point_vendor") {
+      readings.push_back(DecideMarkedText(row, AccessPoint(session, row), kReasons));
+    } else if (row.key == "wifi.rssi_main" || row.key == "wifi.rssi_aux") {
+      readings.push_back(Antenna(row, answers.Of(row), row.key == "wifi.rssi_main"));
+    } else {
+      readings.push_back(DecideMarked(row, answers.Of(row), kReasons));
+    }
+  }
+  return readings;
+}
+
+}  // namespace vexahealth
