@@ -7,6 +7,7 @@ usage: package_test.py     (after cmake --build --preset x64 and arm64)
 import hashlib
 import json
 import pathlib
+import re
 import struct
 import subprocess
 import sys
@@ -102,6 +103,15 @@ class Packages(unittest.TestCase):
         for name, data in files.items():
             if name.endswith((".nuspec", ".targets", ".xml", ".rels")):
                 xml.etree.ElementTree.fromstring(data)
+
+    def test_every_known_gap_names_its_check(self):
+        parts = set(re.findall(r"^\[([a-z-]+)\]$", (ROOT / "tools" / "check-kit" / "parts.txt").read_text(), re.MULTILINE))
+        rows = re.findall(r"^\| (.*) \| (.*) \|$", (ROOT / "docs" / "known-gaps.md").read_text(), re.MULTILINE)[1:]
+        self.assertGreater(len(rows), 20)
+        for gap, check in rows:
+            named = re.findall(r"`check ([a-z-]+)`", check)
+            self.assertTrue(named or check.startswith("No command: "), f"no check for: {gap}")
+            self.assertLessEqual(set(named), parts, gap)
 
     def test_recorder_profile_names_the_provider(self):
         profile = xml.etree.ElementTree.fromstring(self.archives["x64"]["share/VexaWinIO64.wprp"])
