@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Measures on the simulated notebook (x64), without its log; prints one line per ratio. The exit code is 1 when a limit
 # is missed. Other work on the machine widens the spread: measure on a quiet one.
+#
+#   bench/run.sh [driver] [wifi] [wmi]    all of them without a word
 
 source "$(dirname "${BASH_SOURCE[0]}")/../tools/lib.sh"
 source "$ROOT/tools/notebook.sh"
@@ -17,7 +19,7 @@ install_product "$ROOT/build/x64/bench/vexa_bench.exe" "$ROOT/build/x64/notebook
 output=$(mktemp)
 trap 'rm -f "$output"' EXIT
 code=0
-timeout 300 "$WINE" "$WINEPREFIX/drive_c/Vexa/vexa_bench.exe" </dev/null >"$output" 2>&1 || code=$?
+timeout 300 "$WINE" "$WINEPREFIX/drive_c/Vexa/vexa_bench.exe" "$@" </dev/null >"$output" 2>&1 || code=$?
 stop_prefix
 cat "$output"
 exit "$code"

@@ -65,8 +65,8 @@ bool CompareWmiQuery() {
                   .library = LibraryQuery,
                   .bare = BareQuery,
                   .limit = 1.05,
-                  .pairs = 300,
-                  .calls_per_block = 4,
+                  .pairs = 2000,
+                  .calls_per_block = 1,
                   .may_allocate = true});
 }
 

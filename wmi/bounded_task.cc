@@ -1,9 +1,7 @@
 #include "wmi/bounded_task.h"
 
-#include <windows.h>
-
 #include <atomic>
-#include <memory>
+#include <new>
 #include <utility>
 
 #include "wmi/com_apartment.h"
@@ -13,21 +11,8 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 namespace vexa {
 namespace {
 
-constexpr int kSpins = 1000;  // some 10 to 40 us
-
-std::atomic<int> g_abandoned{0};
-
-// Shared by the caller and the task; whoever ends last frees it.
-struct Task {
-  TaskWork work;
-  SRWLOCK lock = SRWLOCK_INIT;
-  CONDITION_VARIABLE ended = CONDITION_VARIABLE_INIT;
-  // Written under the lock; read without it only to find out early that the work has ended.
-  std::atomic<bool> done = false;
-  // Under the lock.
-  bool abandoned = false;
-  TaskOutcome outcome;
-};
+// A sleeping thread's wake-up can take as long as a whole local query.
+constexpr LONGLONG kSpinUs = 200;
 
 class Locked {
  public:
@@ -40,76 +25,238 @@ class Locked {
   SRWLOCK& lock_;
 };
 
-TaskOutcome RunWork(TaskWork& work) noexcept {
-  try {
-    return work();
-  } catch (...) {
-    return {.result = E_OUTOFMEMORY, .object = {}};
+DWORD MillisecondsUntil(ULONGLONG deadline) noexcept {
+  const ULONGLONG now = GetTickCount64();
+  return now < deadline ? static_cast<DWORD>(deadline - now) : 0;
+}
+
+// Every task holds a place from before its thread is asked for until that thread is done with it.
+struct Places {
+  SRWLOCK lock = SRWLOCK_INIT;
+  CONDITION_VARIABLE changed = CONDITION_VARIABLE_INIT;
+  int taken = 0;
+  int abandoned = 0;
+} g_places;
+
+bool TakePlace() noexcept {
+  const Locked locked(g_places.lock);
+  if (g_places.taken == kMaxTasks) return false;
+  ++g_places.taken;
+  return true;
+}
+
+// Waits for a place while one of those taken can still come back in time.
+bool AwaitPlace(ULONGLONG deadline) noexcept {
+  const Locked locked(g_places.lock);
+  while (g_places.taken == kMaxTasks) {
+    if (g_places.abandoned == kMaxTasks) return false;
+    const bool woken = SleepConditionVariableSRW(&g_places.changed, &g_places.lock, MillisecondsUntil(deadline), 0);
+    if (!woken && g_places.taken == kMaxTasks) return false;
   }
+  ++g_places.taken;
+  return true;
 }
 
-// Hands the outcome to a caller who still waits. Returns whether there was none any more.
-bool HandOver(Task& task, TaskOutcome& outcome) noexcept {
-  const Locked locked(task.lock);
-  task.done = true;
-  if (task.abandoned) return true;
-  task.outcome.result = outcome.result;
-  // Assigning would copy, and the reference left here would outlive the caller's call.
-  task.outcome.object.Swap(outcome.object);
-  WakeConditionVariable(&task.ended);
-  return false;
-}
-
-void CALLBACK RunTask(PTP_CALLBACK_INSTANCE, void* context) {
-  const std::unique_ptr<std::shared_ptr<Task>> task(static_cast<std::shared_ptr<Task>*>(context));
-  bool abandoned = false;
+void LeavePlace(bool abandoned) noexcept {
   {
-    // What the task holds is given back before it leaves the apartment.
-    const ComApartment apartment;
-    TaskOutcome outcome = RunWork((*task)->work);
-    (*task)->work = nullptr;
-    abandoned = HandOver(**task, outcome);
+    const Locked locked(g_places.lock);
+    --g_places.taken;
+    if (abandoned) --g_places.abandoned;
   }
-  if (abandoned) --g_abandoned;
+  WakeConditionVariable(&g_places.changed);
 }
 
-bool Submit(const std::shared_ptr<Task>& task) {
-  TP_CALLBACK_ENVIRON environment;
-  InitializeThreadpoolEnvironment(&environment);
-  // The pool holds a reference to this library until the callback has returned.
-  SetThreadpoolCallbackLibrary(&environment, &__ImageBase);
-  auto context = std::make_unique<std::shared_ptr<Task>>(task);
-  const bool submitted = TrySubmitThreadpoolCallback(RunTask, context.get(), &environment);
-  if (submitted) (void)context.release();
-  DestroyThreadpoolEnvironment(&environment);
-  return submitted;
+void AbandonPlace() noexcept {
+  const Locked locked(g_places.lock);
+  if (++g_places.abandoned == kMaxTasks) WakeAllConditionVariable(&g_places.changed);
+}
+
+template <typename Call>
+HRESULT ResultOf(Call call) noexcept {
+  try {
+    return call();
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
 }
 
 }  // namespace
 
-int AbandonedTasks() noexcept { return g_abandoned; }
+// Shared by the caller and the pool's thread; whoever ends last frees it.
+struct BoundedTask::Task {
+  // The stages have their own numbers.
+  enum Phase { kWithoutWork = 0, kFirst = 1, kSecond = 2, kEnded = 3, kCancelled = 4 };
 
-std::optional<TaskOutcome> RunBounded(TaskWork work) {
-  if (g_abandoned >= kMaxAbandonedTasks) return std::nullopt;
-  const auto task = std::make_shared<Task>();
-  task->work = std::move(work);
-  if (!Submit(task)) return TaskOutcome{.result = E_OUTOFMEMORY, .object = {}};
+  std::atomic<int> owners = 2;
+  SRWLOCK lock = SRWLOCK_INIT;
+  CONDITION_VARIABLE changed = CONDITION_VARIABLE_INIT;
+  // Written under the lock; what was written before it may be read without.
+  std::atomic<int> phase = kWithoutWork;
+  std::atomic<DWORD> processor = 0;  // that the work was begun on
+  bool abandoned = false;
+  ULONGLONG second_began_ms = 0;
+  // The caller's before and after the stages, the thread's during them.
+  std::unique_ptr<StagedWork> work;
+  TaskOutcome outcome{};
 
-  // Most calls end before a sleeping thread could be woken.
-  for (int spins = 0; spins < kSpins && !task->done.load(std::memory_order_acquire); ++spins) YieldProcessor();
-  const Locked locked(task->lock);
-  const ULONGLONG deadline = GetTickCount64() + kWmiWaitMs;
-  for (DWORD left_ms = kWmiWaitMs; !task->done;) {
-    if (!SleepConditionVariableSRW(&task->ended, &task->lock, left_ms, 0) && !task->done) {
-      task->abandoned = true;
-      ++g_abandoned;
-      return std::nullopt;
-    }
-    // Woken for nothing: the rest of the time.
-    const ULONGLONG now = GetTickCount64();
-    left_ms = now < deadline ? static_cast<DWORD>(deadline - now) : 0;
+  void Drop() noexcept {
+    if (--owners == 0) delete this;
   }
-  return std::move(task->outcome);
+  bool In(Phase wanted) const noexcept { return phase.load(std::memory_order_acquire) == wanted; }
+  void MoveTo(Phase next) noexcept {
+    {
+      const Locked locked(lock);
+      phase.store(next, std::memory_order_release);
+    }
+    WakeConditionVariable(&changed);
+  }
+
+  void AwaitWork() noexcept;
+  bool BeginSecond() noexcept;
+  TaskOutcome RunStages() noexcept;
+  bool HandOver(const TaskOutcome& ended) noexcept;
+  bool SpinUntilEnded() const noexcept;
+  TaskOutcome AwaitEnd(ULONGLONG deadline) noexcept;
+};
+
+// Ends with the caller's preparations, for the caller's object always says how it goes on.
+void BoundedTask::Task::AwaitWork() noexcept {
+  const Locked locked(lock);
+  while (In(kWithoutWork)) SleepConditionVariableSRW(&changed, &lock, INFINITE, 0);
+  processor.store(GetCurrentProcessorNumber(), std::memory_order_relaxed);
+}
+
+// False when nobody waits for the second stage.
+bool BoundedTask::Task::BeginSecond() noexcept {
+  const Locked locked(lock);
+  if (abandoned) return false;
+  second_began_ms = GetTickCount64();
+  // The caller sees it when the time of the first stage is over, and need not be woken for it.
+  phase.store(kSecond, std::memory_order_release);
+  return true;
+}
+
+TaskOutcome BoundedTask::Task::RunStages() noexcept {
+  const HRESULT first = ResultOf([this] { return work->First(); });
+  if (FAILED(first) || !BeginSecond()) return {.stage = 1, .result = first};
+  return {.stage = 2, .result = ResultOf([this] { return work->Second(); })};
+}
+
+// To a caller who still waits; else the work is given back here. Returns whether the task was abandoned.
+bool BoundedTask::Task::HandOver(const TaskOutcome& ended) noexcept {
+  bool waited_for;
+  {
+    const Locked locked(lock);
+    waited_for = !abandoned;
+    if (waited_for) {
+      outcome = ended;
+      phase.store(kEnded, std::memory_order_release);
+    }
+  }
+  if (waited_for) {
+    WakeConditionVariable(&changed);
+  } else {
+    work.reset();
+  }
+  return !waited_for;
+}
+
+// Whether the stages have ended before it is worth sleeping for them.
+bool BoundedTask::Task::SpinUntilEnded() const noexcept {
+  LARGE_INTEGER frequency, begin, now;
+  QueryPerformanceFrequency(&frequency);
+  QueryPerformanceCounter(&begin);
+  do {
+    for (int i = 0; i < 100; ++i) {
+      // Without the lock: a caller who met the thread at it would go to sleep after all.
+      if (In(kEnded)) return true;
+      YieldProcessor();
+    }
+    // The processor that the work needs.
+    if (GetCurrentProcessorNumber() == processor.load(std::memory_order_relaxed)) return false;
+    QueryPerformanceCounter(&now);
+  } while ((now.QuadPart - begin.QuadPart) * 1000000 < kSpinUs * frequency.QuadPart);
+  return false;
+}
+
+TaskOutcome BoundedTask::Task::AwaitEnd(ULONGLONG deadline) noexcept {
+  if (SpinUntilEnded()) return outcome;
+  const Locked locked(lock);
+  for (int stage = kFirst; !In(kEnded); stage = phase) {
+    if (stage == kSecond) deadline = second_began_ms + kWmiWaitMs;
+    const bool woken = SleepConditionVariableSRW(&changed, &lock, MillisecondsUntil(deadline), 0);
+    if (!woken && phase == stage) {
+      abandoned = true;
+      AbandonPlace();
+      return {.stage = stage, .result = std::nullopt};
+    }
+  }
+  return outcome;
+}
+
+class BoundedTask::Pool {
+ public:
+  // For a place that was taken.
+  static Start Submit(Task*& task) noexcept {
+    task = new (std::nothrow) Task;
+    if (task != nullptr) {
+      TP_CALLBACK_ENVIRON environment;
+      InitializeThreadpoolEnvironment(&environment);
+      // The pool holds a reference to this library until the callback has returned.
+      SetThreadpoolCallbackLibrary(&environment, &__ImageBase);
+      const bool submitted = TrySubmitThreadpoolCallback(Callback, task, &environment);
+      DestroyThreadpoolEnvironment(&environment);
+      if (submitted) return Start::kStarted;
+      delete std::exchange(task, nullptr);
+    }
+    LeavePlace(false);
+    return Start::kRefused;
+  }
+
+ private:
+  static void CALLBACK Callback(PTP_CALLBACK_INSTANCE, void* context) noexcept {
+    auto* task = static_cast<Task*>(context);
+    task->AwaitWork();
+    bool abandoned = false;
+    // Not before there is work: the caller's preparations may depend on whether the process has an apartment.
+    if (!task->In(Task::kCancelled)) {
+      const ComApartment apartment;
+      abandoned = task->HandOver(apartment.entered() ? task->RunStages()
+                                                     : TaskOutcome{.stage = 1, .result = apartment.result()});
+    }
+    task->Drop();
+    LeavePlace(abandoned);
+  }
+};
+
+TaskCounts CountTasks() noexcept {
+  const Locked locked(g_places.lock);
+  return {.live = g_places.taken, .abandoned = g_places.abandoned};
+}
+
+BoundedTask::BoundedTask() noexcept : start_(TakePlace() ? Pool::Submit(task_) : Start::kNoPlace) {}
+
+BoundedTask::~BoundedTask() {
+  if (task_ == nullptr) return;
+  if (task_->In(Task::kWithoutWork)) task_->MoveTo(Task::kCancelled);
+  task_->Drop();
+}
+
+TaskOutcome BoundedTask::Run(std::unique_ptr<StagedWork>& work) noexcept {
+  const ULONGLONG deadline = GetTickCount64() + kWmiWaitMs;
+  if (start_ == Start::kNoPlace) {
+    if (!AwaitPlace(deadline)) {
+      work.reset();
+      return {.stage = 1, .result = std::nullopt};
+    }
+    start_ = Pool::Submit(task_);
+  }
+  if (start_ == Start::kRefused) return {.stage = 1, .result = E_OUTOFMEMORY};
+  task_->work = std::move(work);
+  task_->MoveTo(Task::kFirst);
+  const TaskOutcome outcome = task_->AwaitEnd(deadline);
+  if (outcome.result) work = std::move(task_->work);
+  return outcome;
 }
 
 }  // namespace vexa

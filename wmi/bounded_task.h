@@ -4,35 +4,63 @@
 
 #include <windows.h>
 
-#include <unknwn.h>
-#include <wrl/client.h>
-
 #include <cstdint>
-#include <functional>
+#include <memory>
 #include <optional>
 
 namespace vexa {
 
-using Microsoft::WRL::ComPtr;
+inline constexpr uint32_t kWmiWaitMs = 5000;  // for each stage
+inline constexpr int kMaxTasks = 8;           // live at once, so no more than these can be abandoned
 
-struct TaskOutcome {
-  HRESULT result = E_FAIL;
-  ComPtr<IUnknown> object;
+// Work in two stages, and its results. Owns everything that it touches (references, texts): it may outlive its caller.
+class StagedWork {
+ public:
+  virtual ~StagedWork() = default;
+  // The second stage runs when the first succeeds and its caller still waits.
+  virtual HRESULT First() = 0;
+  virtual HRESULT Second() = 0;
 };
 
-// Must own everything that it touches (references, texts): it may outlive its caller.
-using TaskWork = std::function<TaskOutcome()>;
+struct TaskOutcome {
+  int stage;                      // the last one begun, 1 or 2
+  std::optional<HRESULT> result;  // of that stage; nothing when it took longer than kWmiWaitMs
 
-inline constexpr uint32_t kWmiWaitMs = 5000;
-inline constexpr int kMaxAbandonedTasks = 8;
+  bool operator==(const TaskOutcome&) const = default;
+};
 
-// Runs `work` on a thread of the system's pool, in the multithreaded apartment, and waits at most kWmiWaitMs for it.
-// Nothing when the time is over: the task is then abandoned. It runs on, keeps this library mapped, and gives back what
-// it holds when it ends. While kMaxAbandonedTasks of them live, nothing is started, and the answer is nothing as well.
-[[nodiscard]] std::optional<TaskOutcome> RunBounded(TaskWork work);
+// One run of staged work on a thread of the system's pool, in the multithreaded apartment. The thread is woken when
+// this object is made, so that the caller can prepare the work meanwhile; without work it ends.
+class BoundedTask {
+ public:
+  BoundedTask() noexcept;
+  ~BoundedTask();
+  BoundedTask(const BoundedTask&) = delete;
+  BoundedTask& operator=(const BoundedTask&) = delete;
 
-// Abandoned tasks that have not ended yet.
-[[nodiscard]] int AbandonedTasks() noexcept;
+  // To be called once. Waits at most kWmiWaitMs for each stage, and leaves the work with its results in `work`. After a
+  // time-out `work` is null: the task is abandoned. It runs to the end of its stage, keeps this library mapped, and
+  // gives back what it holds, in its apartment. While kMaxTasks others live, waiting for one of them to end is part of
+  // the first stage's time; when all of them are abandoned, that stage is over at once. A pool without room and an
+  // apartment that can't be entered are failures of the first stage.
+  [[nodiscard]] TaskOutcome Run(std::unique_ptr<StagedWork>& work) noexcept;
+
+ private:
+  struct Task;
+  enum class Start { kNoPlace, kRefused, kStarted };
+  class Pool;
+
+  Task* task_ = nullptr;
+  Start start_;
+};
+
+struct TaskCounts {
+  int live;
+  int abandoned;
+};
+
+// Tasks that have not ended yet, and those among them whose callers have gone.
+[[nodiscard]] TaskCounts CountTasks() noexcept;
 
 }  // namespace vexa
 

@@ -79,7 +79,7 @@ class MethodCall {
   MethodCall(const Invoker& invoker, const std::wstring& method) : invoker_(invoker), method_(method) {}
 
   std::optional<int32_t> Run(const WmiParamMap& params, const std::wstring& out_name) {
-    const std::optional<WmiSession> session = WmiSession::Open(invoker_.caller, kFirmwareNamespace);
+    const std::optional<WmiSession> session = WmiSession::Open(invoker_.caller, kFirmwareNamespace, invoker_.query);
     if (!session) return std::nullopt;
     const ComPtr<IWbemClassObject> instance = FirstInstance(*session);
     if (!instance) return std::nullopt;
@@ -95,11 +95,9 @@ class MethodCall {
 
   // Only the first instance is ever used.
   ComPtr<IWbemClassObject> FirstInstance(const WmiSession& session) {
-    const ComPtr<IEnumWbemClassObject> rows = session.Query(invoker_.caller, invoker_.query);
-    if (!rows) return {};
     ComPtr<IWbemClassObject> instance;
     ULONG count = 0;
-    const HRESULT result = rows->Next(static_cast<LONG>(WBEM_INFINITE), 1, instance.GetAddressOf(), &count);
+    const HRESULT result = session.rows()->Next(static_cast<LONG>(WBEM_INFINITE), 1, instance.GetAddressOf(), &count);
     // No instance is a success code.
     if (FAILED(result) || count == 0 || !instance) {
       LogStep(L"[%s] Could not Get the Next Object. Errorcode=0x%s", name(), ResultText(result).c_str());

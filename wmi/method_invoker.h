@@ -1,8 +1,9 @@
 // Calls a method of the firmware's WMI classes in ROOT\WMI with integer in-parameters and one out-parameter.
 //
-// Each call makes its own connection and gives everything back. Connecting and finding the instance take at most 5
-// seconds each; the method itself is not bounded. A failing step is logged and answers empty (or 0). Any thread of the
-// multithreaded apartment or without COM; an ATD_STS invoker on a single-threaded-apartment thread fails silently.
+// Each call makes its own connection and gives everything back. Connecting, with the wait for a turn among the tasks of
+// bounded_task.h, and finding the instance take at most 5 seconds each; the method itself is not bounded. A failing
+// step is logged and answers empty (or 0). Any thread of the multithreaded apartment or without COM; an ATD_STS invoker
+// on a single-threaded-apartment thread fails silently.
 #ifndef VEXA_WMI_METHOD_INVOKER_H_
 #define VEXA_WMI_METHOD_INVOKER_H_
 

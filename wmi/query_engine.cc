@@ -32,14 +32,12 @@ constexpr wchar_t kQueryFailed[] = L"[%s] Step5 Query failed.  Errorcode=0x%s";
 template <typename Visit>
 bool WalkRows(const Variation& variation, const wchar_t* name_space, const wchar_t* query, Visit visit) {
   const WmiCaller caller{variation.name, kQueryTimedOut, kQueryFailed};
-  const std::optional<WmiSession> session = WmiSession::Open(caller, name_space);
+  const std::optional<WmiSession> session = WmiSession::Open(caller, name_space, query);
   if (!session) return false;
-  const ComPtr<IEnumWbemClassObject> rows = session->Query(caller, query);
-  if (!rows) return false;
   for (;;) {
     ComPtr<IWbemClassObject> row;
     ULONG count = 0;
-    const HRESULT result = rows->Next(static_cast<LONG>(WBEM_INFINITE), 1, row.GetAddressOf(), &count);
+    const HRESULT result = session->rows()->Next(static_cast<LONG>(WBEM_INFINITE), 1, row.GetAddressOf(), &count);
     if (FAILED(result) || count == 0 || !row) return SUCCEEDED(result);
     visit(*row.Get());
   }

@@ -1,9 +1,9 @@
 // WQL queries and the properties of their rows.
 //
-// Every variant makes its own connection and gives everything back. Connecting and querying take at most 5 seconds
-// each; walking the rows is not bounded. A non-zero `com_flag` initialises COM for the call; with zero the calling
-// thread must be in the multithreaded apartment. A failing step is logged under the variant's name and leaves the
-// result stated. Nothing throws. Any thread.
+// Every variant makes its own connection and gives everything back. Connecting, with the wait for a turn among the
+// tasks of bounded_task.h, and querying take at most 5 seconds each; walking the rows is not bounded. A non-zero
+// `com_flag` initialises COM for the call; with zero the calling thread must be in the multithreaded apartment. A
+// failing step is logged under the variant's name and leaves the result stated. Nothing throws. Any thread.
 #ifndef VEXA_WMI_QUERY_ENGINE_H_
 #define VEXA_WMI_QUERY_ENGINE_H_
 

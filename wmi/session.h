@@ -1,4 +1,4 @@
-// A connection to one WMI namespace: locator, bounded connect, proxy blanket, bounded query.
+// One query in one WMI namespace: locator, bounded connect, proxy blanket, bounded query.
 #ifndef VEXA_WMI_SESSION_H_
 #define VEXA_WMI_SESSION_H_
 
@@ -10,11 +10,13 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "frame/handles.h"
-#include "wmi/bounded_task.h"
 
 namespace vexa {
+
+using Microsoft::WRL::ComPtr;
 
 using Bstr = Owner<BSTR, SysFreeString>;
 
@@ -48,22 +50,25 @@ std::wstring ResultText(HRESULT result);
 // A failing step: a verbose line, and the same text as a warning in the event log.
 void LogStep(const wchar_t* format, ...) noexcept;
 
-// Logs its failing step. Belongs to threads of the multithreaded apartment.
+// The answer to a query, and the connection to the namespace that gave it. Belongs to threads of the multithreaded
+// apartment.
 class WmiSession {
  public:
-  // Nothing when the locator can't be created (the calling thread has no COM), the connection fails or takes longer
-  // than 5 seconds, or the proxy blanket is refused.
-  [[nodiscard]] static std::optional<WmiSession> Open(const WmiCaller& caller, const wchar_t* name_space);
-
-  // The rows of a WQL query; null when it fails or takes longer than 5 seconds.
-  [[nodiscard]] ComPtr<IEnumWbemClassObject> Query(const WmiCaller& caller, const wchar_t* query) const;
+  // Nothing, with the failing step logged, when the locator can't be created (the calling thread has no COM), when
+  // connecting fails or takes longer than 5 seconds, when the proxy blanket is refused, or when the WQL query fails or
+  // takes longer than 5 seconds.
+  [[nodiscard]] static std::optional<WmiSession> Open(const WmiCaller& caller, const wchar_t* name_space,
+                                                      const wchar_t* query);
 
   [[nodiscard]] IWbemServices* services() const noexcept { return services_.Get(); }
+  [[nodiscard]] IEnumWbemClassObject* rows() const noexcept { return rows_.Get(); }
 
  private:
-  explicit WmiSession(ComPtr<IWbemServices> services) noexcept : services_(std::move(services)) {}
+  WmiSession(ComPtr<IWbemServices> services, ComPtr<IEnumWbemClassObject> rows) noexcept
+      : services_(std::move(services)), rows_(std::move(rows)) {}
 
   ComPtr<IWbemServices> services_;
+  ComPtr<IEnumWbemClassObject> rows_;
 };
 
 }  // namespace vexa

@@ -2,8 +2,9 @@
  * The embedded controller (EC) byte by byte through the firmware's WMI class ATD_STS: the route of ARM64 machines.
  *
  * Each call makes its own WMI connection: it may wait up to 5 seconds for the connection and 5 seconds for the class, and
- * as long as the firmware takes for the method itself. InitializeWinIo is not needed. Threads: any, except one of a
- * single-threaded apartment, where the call fails.
+ * as long as the firmware takes for the method itself. At most 8 WMI calls of a process connect at once; waiting for a
+ * turn is part of the first 5 seconds. InitializeWinIo is not needed. Threads: any, except one of a single-threaded
+ * apartment, where the call fails.
  */
 #ifndef VEXA_FIRMWARE_EC_H_
 #define VEXA_FIRMWARE_EC_H_

@@ -6,7 +6,8 @@
  * the multithreaded apartment already. On a thread of a single-threaded apartment every call fails.
  *
  * Waits: a call is one WMI query unless stated otherwise. Each query may take 5 seconds for the connection and 5 seconds
- * for the query; fetching its rows has no bound. InitializeWinIo is not needed. Threads: any, at any time.
+ * for the query; fetching its rows has no bound. At most 8 queries of a process connect at once; waiting for a turn is
+ * part of the first 5 seconds. InitializeWinIo is not needed. Threads: any, at any time.
  *
  * Numbers: VEXA_NOT_AVAILABLE when the query failed, or when no row has the value.
  *

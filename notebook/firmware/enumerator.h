@@ -4,8 +4,6 @@
 
 #include <wbemcli.h>
 
-#include <mutex>
-#include <optional>
 #include <vector>
 
 #include "com.h"
@@ -15,23 +13,20 @@
 
 namespace firmware {
 
-class Enumerator final : public Counted<ObjectKind::kEnumerator, IEnumWbemClassObject> {
+class Enumerator final : public RuledEnumerator {
  public:
   Enumerator(Origin origin, std::vector<Object> rows, bool forward_only);
 
   HRESULT STDMETHODCALLTYPE Reset() override;
-  HRESULT STDMETHODCALLTYPE Next(LONG timeout_ms, ULONG count, IWbemClassObject** objects, ULONG* returned) override;
-  HRESULT STDMETHODCALLTYPE NextAsync(ULONG count, IWbemObjectSink* sink) override;
   HRESULT STDMETHODCALLTYPE Clone(IEnumWbemClassObject** copy) override;
   HRESULT STDMETHODCALLTYPE Skip(LONG timeout_ms, ULONG count) override;
 
  private:
-  const Origin origin_;
+  HRESULT Take(LONG timeout_ms, ULONG count, IWbemClassObject** objects, ULONG& given) override;
+
   const std::vector<Object> rows_;
   const bool forward_only_;
-  std::mutex lock_;  // guards what follows
-  size_t next_ = 0;
-  std::optional<Effects> pending_{};  // of a call that ran out of time
+  size_t next_ = 0;  // under the lock
 };
 
 }  // namespace firmware

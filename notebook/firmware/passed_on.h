@@ -32,23 +32,42 @@ IWbemClassObject* Unwrapped(IWbemClassObject* object);
 // Puts a handed-on object in the place of what `object` points to. Null pointers stay.
 void HandOn(const Origin& origin, IWbemClassObject** object);
 
-class PassedOnEnumerator final : public Counted<ObjectKind::kEnumerator, IEnumWbemClassObject> {
+// An enumerator whose rows the rules can hold back, delay or fail.
+class RuledEnumerator : public Counted<ObjectKind::kEnumerator, IEnumWbemClassObject> {
+ public:
+  HRESULT STDMETHODCALLTYPE Next(LONG timeout_ms, ULONG count, IWbemClassObject** objects, ULONG* returned) final;
+  HRESULT STDMETHODCALLTYPE NextAsync(ULONG count, IWbemObjectSink* sink) final;
+
+ protected:
+  explicit RuledEnumerator(Origin origin) : origin_(std::move(origin)) {}
+
+  // Under the lock: gives up to `count` rows; `objects` holds null pointers, `given` is 0. Fewer than asked for are no
+  // failure.
+  virtual HRESULT Take(LONG timeout_ms, ULONG count, IWbemClassObject** objects, ULONG& given) = 0;
+
+  const Origin& origin() const { return origin_; }
+  std::mutex& lock() { return lock_; }
+
+ private:
+  const Origin origin_;
+  std::mutex lock_;                   // guards what follows, and what Take() uses
+  std::optional<Effects> pending_{};  // of a call that ran out of time
+};
+
+class PassedOnEnumerator final : public RuledEnumerator {
  public:
   // At most `rows` rows are given when it is set.
   PassedOnEnumerator(Origin origin, Ref<IEnumWbemClassObject> upstream, std::optional<uint32_t> rows);
 
   HRESULT STDMETHODCALLTYPE Reset() override;
-  HRESULT STDMETHODCALLTYPE Next(LONG timeout_ms, ULONG count, IWbemClassObject** objects, ULONG* returned) override;
-  HRESULT STDMETHODCALLTYPE NextAsync(ULONG count, IWbemObjectSink* sink) override;
   HRESULT STDMETHODCALLTYPE Clone(IEnumWbemClassObject** copy) override;
   HRESULT STDMETHODCALLTYPE Skip(LONG timeout_ms, ULONG count) override;
 
  private:
-  const Origin origin_;
+  HRESULT Take(LONG timeout_ms, ULONG count, IWbemClassObject** objects, ULONG& given) override;
+
   const Ref<IEnumWbemClassObject> upstream_;
-  std::mutex lock_;  // guards what follows
-  std::optional<uint32_t> rows_left_;
-  std::optional<Effects> pending_{};  // of a call that ran out of time
+  std::optional<uint32_t> rows_left_;  // under the lock
 };
 
 class PassedOnObject final : public Counted<ObjectKind::kClassObject, IWbemClassObject> {

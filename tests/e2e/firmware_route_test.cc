@@ -4,17 +4,28 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/e2e/firmware_scenario.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/opened_device.h"
+#include "tests/support/process_counts.h"
 #include "vexa/vexa.h"
 
 namespace vexa::test {
 namespace {
+
+using testing::AllOf;
+using testing::Each;
+using testing::ElementsAre;
+using testing::Ge;
+using testing::Gt;
+using testing::Le;
 
 constexpr wchar_t kLibrary[] = L"C:\\Vexa\\VexaWinIO64.dll";
 constexpr uint32_t kNoAnswer = 0x7FFFFFFF;
@@ -29,10 +40,12 @@ constexpr char kFirmware[] = R"({"firmware": {"log": false,
 std::vector<DWORD> g_waits;
 decltype(&SleepConditionVariableSRW) g_wait = nullptr;
 
-// Records the bound that was asked for; a hanging call is given up after a short real wait.
+// Records the bound that a caller asked for; a hanging call is given up after a short real wait.
+DWORD g_short_ms = 500;
 BOOL WINAPI ShortWait(PCONDITION_VARIABLE condition, PSRWLOCK lock, DWORD ms, ULONG flags) {
+  if (ms == INFINITE) return g_wait(condition, lock, ms, flags);
   g_waits.push_back(ms);
-  return g_wait(condition, lock, ms < 500 ? ms : 500, flags);
+  return g_wait(condition, lock, std::min(ms, g_short_ms), flags);
 }
 
 class FirmwareRoute : public testing::Test {
@@ -133,16 +146,83 @@ TEST_F(FirmwareRoute, ConnectAndQueryThatNeverReturnAreGivenUpAfterTheirFiveSeco
   UseRules(R"({"on": {"step": "ConnectServer", "namespace": "ROOT\\WMI"}, "then": {"hang": true}})");
   g_waits.clear();
   EXPECT_EQ(Read(), static_cast<int32_t>(kNoAnswer));
-  EXPECT_EQ(g_waits.front(), 5000u);
+  // What the caller itself needs beforehand counts.
+  const auto five_seconds = AllOf(Gt(4000u), Le(5000u));
+  EXPECT_THAT(g_waits, ElementsAre(five_seconds));
   SetEvent(release_);
   ResetEvent(release_);
   UseRules(R"({"on": {"step": "ExecQuery", "class": "ATD_STS"}, "then": {"hang": true}})");
   g_waits.clear();
   EXPECT_EQ(Read(), static_cast<int32_t>(kNoAnswer));
-  EXPECT_EQ(g_waits.back(), 5000u);
+  // The first stage's time, and what is then left of the second's.
+  EXPECT_THAT(g_waits, ElementsAre(five_seconds, AllOf(Gt(3000u), Le(5000u))));
   SetEvent(release_);
   UseRules("");
   EXPECT_EQ(Read(), 2);
+}
+
+// The real times, once: a connection that is slow and a query that hangs, and at the same time 19 connections that
+// hang.
+TEST_F(FirmwareRoute, ReturnsWithinFiveAndTenSeconds) {
+  UseRules("");
+  EXPECT_EQ(Read(), 2);
+  UseRules(R"({"on": {"step": "ConnectServer", "namespace": "ROOT\\WMI"}, "nth": 1, "then": {"delay_ms": 4500}},
+              {"on": {"step": "ConnectServer", "namespace": "ROOT\\WMI"}, "from": 2, "then": {"hang": true}},
+              {"on": {"step": "ExecQuery", "class": "ATD_STS"}, "then": {"hang": true}})");
+  const size_t threads = RunningThreads(), handles = OpenHandles();
+  const auto timed_read = [this](ULONGLONG& ms) {
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_EQ(Read(), static_cast<int32_t>(kNoAnswer));
+    ms = GetTickCount64() - begin;
+  };
+  ULONGLONG slow_ms = 0, hanging_ms[19] = {};
+  size_t most_threads = 0;
+  {
+    std::vector<std::jthread> callers;
+    callers.emplace_back([&] { timed_read(slow_ms); });
+    Sleep(400);
+    for (ULONGLONG& ms : hanging_ms) callers.emplace_back([&] { timed_read(ms); });
+    for (int i = 0; i < 15; ++i, Sleep(100)) most_threads = std::max(most_threads, RunningThreads());
+  }
+  EXPECT_THAT(hanging_ms, Each(AllOf(Ge(4900u), Le(5500u))));
+  EXPECT_THAT(slow_ms, AllOf(Ge(9300u), Le(10500u)));
+  // 20 callers, 8 tasks, and what the pool keeps for itself.
+  EXPECT_LE(most_threads, threads + 20 + 8 + 3);
+  SetEvent(release_);
+  for (int i = 0; i < 500 && RunningThreads() > threads + 8; ++i) Sleep(10);
+  EXPECT_LE(RunningThreads(), threads + 8);
+  EXPECT_LT(OpenHandles(), handles + 40);
+  UseRules("");
+  EXPECT_EQ(Read(), 2);
+}
+
+TEST_F(FirmwareRoute, AHundredTimeOutsLeaveNothingBehind) {
+  const ImportPatch wait("SleepConditionVariableSRW", ShortWait, library_);
+  g_wait = wait.Original<std::remove_pointer_t<decltype(g_wait)>>();
+  g_short_ms = 20;
+  UseRules("");
+  EXPECT_EQ(Read(), 2);
+  const HMODULE firmware = LoadLibraryW(L"C:\\vexa-notebook\\vexa-firmware.dll");
+  const auto objects = reinterpret_cast<LONG(WINAPI*)()>(GetProcAddress(firmware, "VexaFirmwareObjects"));
+  ASSERT_NE(objects, nullptr);
+  const LONG objects_before = objects();
+  const auto hang_eight = [&] {
+    ResetEvent(release_);
+    UseRules(R"({"on": {"step": "ConnectServer", "namespace": "ROOT\\WMI"}, "then": {"hang": true}})");
+    for (int i = 0; i < 8; ++i) EXPECT_EQ(Read(), static_cast<int32_t>(kNoAnswer));
+    SetEvent(release_);
+    for (int i = 0; i < 1000 && objects() > objects_before; ++i) Sleep(1);
+    EXPECT_EQ(objects(), objects_before);
+  };
+  hang_eight();  // the pool's own threads
+  const size_t threads = RunningThreads(), handles = OpenHandles();
+  for (int i = 0; i < 13; ++i) hang_eight();
+  EXPECT_LT(RunningThreads(), threads + 10);
+  EXPECT_LT(OpenHandles(), handles + 40);
+  g_short_ms = 500;
+  UseRules("");
+  EXPECT_EQ(Read(), 2);
+  FreeLibrary(firmware);
 }
 
 TEST_F(FirmwareRoute, FreeingTheLibraryWhileACallHangsIsHarmless) {

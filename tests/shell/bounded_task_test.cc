@@ -1,4 +1,5 @@
-// Tasks with a bounded wait: what is asked of the system's wait, and what becomes of a task that nobody waits for.
+// Staged work with a bounded wait for each stage: what is asked of the system's wait, and what becomes of a task that
+// nobody waits for.
 #include "wmi/bounded_task.h"
 
 #include <gmock/gmock.h>
@@ -10,8 +11,10 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 #include "tests/support/import_patch.h"
@@ -22,18 +25,20 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 namespace vexa::test {
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 // What the patched functions work on.
 struct System {
-  std::vector<DWORD> waits;
-  ULONGLONG clock = 5000000;
-  // Answers a wait; null: as the system does.
+  std::mutex mutex;
+  std::vector<DWORD> waits;  // of callers; a task without work waits without end
+  std::atomic<ULONGLONG> clock = 5000000;
+  // Answers a caller's wait; null: as the system does.
   std::function<BOOL(PCONDITION_VARIABLE, PSRWLOCK)> wait;
   bool pool_fails = false;
-  int submissions = 0;
-  std::vector<void*> libraries;
+  std::vector<void*> libraries;  // one a submission
+  HRESULT apartment = S_OK;
   std::atomic<int> entered{0}, left{0};
   std::function<void()> on_leave;  // on the task's thread, which is in its apartment still
 }* g_system = nullptr;
@@ -44,13 +49,17 @@ decltype(&CoInitializeEx) g_enter = nullptr;
 decltype(&CoUninitialize) g_leave = nullptr;
 
 BOOL WINAPI Wait(PCONDITION_VARIABLE condition, PSRWLOCK lock, DWORD ms, ULONG flags) {
-  g_system->waits.push_back(ms);
+  if (ms == INFINITE) return g_wait(condition, lock, ms, flags);
+  {
+    const std::lock_guard guard(g_system->mutex);
+    g_system->waits.push_back(ms);
+  }
   return g_system->wait ? g_system->wait(condition, lock) : g_wait(condition, lock, ms, flags);
 }
 
 BOOL WINAPI Submit(PTP_SIMPLE_CALLBACK callback, PVOID context, PTP_CALLBACK_ENVIRON environment) {
   if (g_system->pool_fails) return FALSE;
-  ++g_system->submissions;
+  const std::lock_guard guard(g_system->mutex);
   g_system->libraries.push_back(environment->RaceDll);
   return g_submit(callback, context, environment);
 }
@@ -58,6 +67,7 @@ BOOL WINAPI Submit(PTP_SIMPLE_CALLBACK callback, PVOID context, PTP_CALLBACK_ENV
 ULONGLONG WINAPI Clock() { return g_system->clock; }
 
 HRESULT WINAPI EnterApartment(LPVOID reserved, DWORD model) {
+  if (FAILED(g_system->apartment)) return g_system->apartment;
   if (model == COINIT_MULTITHREADED) ++g_system->entered;
   return g_enter(reserved, model);
 }
@@ -68,42 +78,24 @@ void WINAPI LeaveApartment() {
   ++g_system->left;
 }
 
-// An object that counts how many of its kind live.
-class Counted final : public IUnknown {
- public:
-  static inline std::atomic<int> live{0};
-  static inline std::atomic<int> added{0};  // references beyond the first of each
-  static ComPtr<IUnknown> Make() {
-    ComPtr<IUnknown> object;
-    object.Attach(new Counted);
-    return object;
-  }
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-  ULONG STDMETHODCALLTYPE AddRef() override {
-    ++added;
-    return ++references_;
-  }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-
- private:
-  Counted() { ++live; }
-  ~Counted() { --live; }
-  std::atomic<ULONG> references_{1};
-};
-
 BOOL TimeOut(PCONDITION_VARIABLE, PSRWLOCK) {
   SetLastError(ERROR_TIMEOUT);
   return FALSE;
 }
 
-class BoundedTask : public testing::Test {
+struct TestWork final : StagedWork {
+  static inline std::atomic<int> live{0};
+  TestWork() { ++live; }
+  ~TestWork() override { --live; }
+  HRESULT First() override { return first(); }
+  HRESULT Second() override { return second(); }
+
+  std::function<HRESULT()> first = [] { return S_OK; }, second = [] { return S_OK; };
+};
+
+class BoundedTaskTest : public testing::Test {
  protected:
-  BoundedTask() {
+  BoundedTaskTest() {
     g_system = &system_;
     const auto patch = [this]<typename Function>(const char* name, Function* replacement, Function** original) {
       patches_.push_back(std::make_unique<ImportPatch>(name, replacement));
@@ -116,68 +108,136 @@ class BoundedTask : public testing::Test {
     patch("CoUninitialize", LeaveApartment, &g_leave);
     patch("GetTickCount64", Clock, &clock);
   }
-  ~BoundedTask() override {
+  ~BoundedTaskTest() override {
     OpenGate();
     EXPECT_TRUE(WaitUntilEnded());
-    EXPECT_EQ(Counted::live, 0);
+    EXPECT_EQ(TestWork::live, 0);
     patches_.clear();
     CloseHandle(gate_);
   }
 
-  // Every task has ended and left its apartment. Long enough that only a fault exceeds it.
+  // Long enough that only a fault exceeds it.
+  static bool WaitUntil(const std::function<bool()>& condition) {
+    for (int i = 0; i < 10000 && !condition(); ++i) SleepEx(1, FALSE);
+    return condition();
+  }
+  // Every task has ended and left its apartment.
   bool WaitUntilEnded() {
-    const auto ended = [this] { return AbandonedTasks() == 0 && system_.left == system_.entered; };
-    for (int i = 0; i < 10000 && !ended(); ++i) SleepEx(1, FALSE);
-    return ended();
+    return WaitUntil([this] { return CountTasks().live == 0 && system_.left == system_.entered; });
   }
   void OpenGate() { SetEvent(gate_); }
   void CloseGate() { ResetEvent(gate_); }
 
-  // Holds an object, waits at the gate, hands out another object.
-  TaskWork Hanging() {
-    return [held = Counted::Make(), gate = gate_, this]() -> TaskOutcome {
-      WaitForSingleObjectEx(gate, INFINITE, FALSE);
-      ++worked_;
-      return {.result = 7, .object = Counted::Make()};
-    };
+  HRESULT AwaitGate() {
+    ++at_gate_;
+    WaitForSingleObjectEx(gate_, INFINITE, FALSE);
+    ++passed_;
+    return 7;
   }
 
+  // Waits at the gate in its first or second stage.
+  std::unique_ptr<TestWork> Hanging(int stage = 1) {
+    auto work = std::make_unique<TestWork>();
+    (stage == 1 ? work->first : work->second) = [this] { return AwaitGate(); };
+    return work;
+  }
+  static TaskOutcome Run(std::unique_ptr<StagedWork> work) {
+    BoundedTask task;
+    const TaskOutcome outcome = task.Run(work);
+    EXPECT_EQ(work != nullptr, outcome.result.has_value());
+    return outcome;
+  }
+
+  static constexpr TaskOutcome kFirstTimedOut{.stage = 1, .result = std::nullopt};
+  static constexpr TaskOutcome kSecondTimedOut{.stage = 2, .result = std::nullopt};
+
   System system_;
-  std::atomic<int> worked_{0};
+  std::atomic<int> at_gate_{0}, passed_{0};
   HANDLE gate_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   std::vector<std::unique_ptr<ImportPatch>> patches_;
 };
 
-TEST_F(BoundedTask, HandsOverTheOutcomeOfAnotherThread) {
-  OpenGate();
+TEST_F(BoundedTaskTest, RunsBothStagesOnAnotherThreadAndGivesTheWorkBack) {
   const DWORD caller = GetCurrentThreadId();
-  DWORD thread = caller;
-  const std::optional<TaskOutcome> outcome = RunBounded([&, inner = Hanging()] {
-    thread = GetCurrentThreadId();
-    return inner();
-  });
-  ASSERT_TRUE(outcome.has_value());
-  EXPECT_EQ(outcome->result, 7);
-  EXPECT_NE(outcome->object.Get(), nullptr);
-  EXPECT_NE(thread, caller);
-  EXPECT_EQ(Counted::live, 1);  // the work's own is given back by now
-  EXPECT_THAT(system_.waits, testing::Each(5000));
-  EXPECT_EQ(AbandonedTasks(), 0);
+  DWORD first = caller, second = caller;
+  auto made = std::make_unique<TestWork>();
+  made->first = [&] { return first = GetCurrentThreadId(), S_FALSE; };
+  made->second = [&] { return second = GetCurrentThreadId(), 7; };
+  StagedWork* const address = made.get();
+  std::unique_ptr<StagedWork> work = std::move(made);
+  {
+    BoundedTask task;
+    EXPECT_EQ(task.Run(work), (TaskOutcome{.stage = 2, .result = 7}));
+  }
+  EXPECT_EQ(work.get(), address);
+  EXPECT_NE(first, caller);
+  EXPECT_EQ(first, second);
+  EXPECT_THAT(system_.waits, Each(5000));
+  EXPECT_EQ(CountTasks().abandoned, 0);
   EXPECT_EQ(system_.entered, 1);
   // This module stays mapped while the task runs.
   EXPECT_THAT(system_.libraries, ElementsAre(static_cast<void*>(&__ImageBase)));
 }
 
-// A copy would be given back by the task's thread some time after the caller has gone on.
-TEST_F(BoundedTask, HandsOverItsOnlyReference) {
-  Counted::added = 0;
-  const std::optional<TaskOutcome> outcome =
-      RunBounded([]() -> TaskOutcome { return {.result = S_OK, .object = Counted::Make()}; });
-  ASSERT_TRUE(outcome.has_value());
-  EXPECT_EQ(Counted::added, 0);
+TEST_F(BoundedTaskTest, FailuresEndWithTheirStage) {
+  bool second_ran = false;
+  auto work = std::make_unique<TestWork>();
+  work->first = [] { return E_ACCESSDENIED; };
+  work->second = [&] { return second_ran = true, S_OK; };
+  EXPECT_EQ(Run(std::move(work)), (TaskOutcome{.stage = 1, .result = E_ACCESSDENIED}));
+  EXPECT_FALSE(second_ran);
+  work = std::make_unique<TestWork>();
+  work->second = [] { return E_ABORT; };
+  EXPECT_EQ(Run(std::move(work)), (TaskOutcome{.stage = 2, .result = E_ABORT}));
 }
 
-TEST_F(BoundedTask, AsksForFiveSecondsAndForTheRestWhenWokenForNothing) {
+TEST_F(BoundedTaskTest, ExceptionsOfTheWorkStayInside) {
+  const std::function<HRESULT()> throws[] = {[]() -> HRESULT { throw std::bad_alloc(); },
+                                             []() -> HRESULT { throw std::runtime_error("x"); },
+                                             []() -> HRESULT { throw 5; }};
+  for (const auto& raise : throws) {
+    auto work = std::make_unique<TestWork>();
+    work->first = raise;
+    EXPECT_EQ(Run(std::move(work)), (TaskOutcome{.stage = 1, .result = E_OUTOFMEMORY}));
+    work = std::make_unique<TestWork>();
+    work->second = raise;
+    EXPECT_EQ(Run(std::move(work)), (TaskOutcome{.stage = 2, .result = E_OUTOFMEMORY}));
+  }
+  system_.wait = TimeOut;
+  auto work = std::make_unique<TestWork>();
+  work->first = [this]() -> HRESULT {
+    AwaitGate();
+    throw std::bad_alloc();
+  };
+  EXPECT_EQ(Run(std::move(work)), kFirstTimedOut);
+  OpenGate();
+  EXPECT_TRUE(WaitUntilEnded());
+  EXPECT_EQ(passed_, 1);
+}
+
+TEST_F(BoundedTaskTest, PoolWithoutRoomAndApartmentThatCannotBeEnteredAreFailures) {
+  system_.pool_fails = true;
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(Run(Hanging()), (TaskOutcome{.stage = 1, .result = E_OUTOFMEMORY}));
+  EXPECT_THAT(system_.waits, IsEmpty());
+  system_.pool_fails = false;
+  system_.apartment = CO_E_INIT_TLS;
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(Run(Hanging()), (TaskOutcome{.stage = 1, .result = CO_E_INIT_TLS}));
+  EXPECT_TRUE(WaitUntilEnded());
+  EXPECT_EQ(at_gate_, 0);
+  EXPECT_EQ(system_.left, 0);
+}
+
+TEST_F(BoundedTaskTest, WithoutWorkTheThreadEndsAndEntersNoApartment) {
+  for (int i = 0; i < 20; ++i) {
+    const BoundedTask task;
+    EXPECT_LE(CountTasks().live, 8);
+  }
+  EXPECT_TRUE(WaitUntilEnded());
+  EXPECT_EQ(system_.entered, 0);
+  EXPECT_FALSE(system_.libraries.empty());
+}
+
+TEST_F(BoundedTaskTest, AsksForFiveSecondsAndForTheRestWhenWokenForNothing) {
   const ULONGLONG steps[] = {1200, 3799, 1, 100000};
   size_t step = 0;
   system_.wait = [&](PCONDITION_VARIABLE condition, PSRWLOCK lock) -> BOOL {
@@ -185,104 +245,150 @@ TEST_F(BoundedTask, AsksForFiveSecondsAndForTheRestWhenWokenForNothing) {
     system_.clock += steps[step++];
     return TRUE;
   };
-  EXPECT_EQ(RunBounded(Hanging()), std::nullopt);
+  EXPECT_EQ(Run(Hanging()), kFirstTimedOut);
   EXPECT_THAT(system_.waits, ElementsAre(5000, 3800, 1, 0, 0));
-  EXPECT_EQ(AbandonedTasks(), 1);
+  EXPECT_EQ(CountTasks().abandoned, 1);
 }
 
-TEST_F(BoundedTask, AbandonedTaskGivesEverythingBackInItsApartment) {
-  system_.wait = TimeOut;
-  int live_when_left = -1;
-  system_.on_leave = [&live_when_left] { live_when_left = Counted::live; };
-  EXPECT_EQ(RunBounded(Hanging()), std::nullopt);
-  EXPECT_THAT(system_.waits, ElementsAre(5000));
-  EXPECT_EQ(AbandonedTasks(), 1);
-  EXPECT_EQ(Counted::live, 1);
-  OpenGate();
-  EXPECT_TRUE(WaitUntilEnded());
-  EXPECT_EQ(worked_, 1);
-  EXPECT_EQ(Counted::live, 0);
-  EXPECT_EQ(live_when_left, 0);
+// Nobody is woken between the stages: the caller sees at the end of the first stage's time that the second has begun.
+TEST_F(BoundedTaskTest, SecondStageHasFiveSecondsFromItsOwnBeginning) {
+  const auto late = [&](ULONGLONG first_ms) {
+    CloseGate();
+    system_.waits.clear();
+    const int before = at_gate_;
+    HANDLE first_done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    auto work = Hanging(2);
+    work->first = [first_done] {
+      WaitForSingleObjectEx(first_done, INFINITE, FALSE);
+      return S_OK;
+    };
+    system_.wait = [&](PCONDITION_VARIABLE condition, PSRWLOCK lock) -> BOOL {
+      if (at_gate_ == before) {
+        system_.clock += first_ms;
+        SetEvent(first_done);
+        while (at_gate_ == before) (void)g_wait(condition, lock, 1, 0);
+        system_.clock += 5000 - first_ms;
+      }
+      return TimeOut(condition, lock);
+    };
+    EXPECT_EQ(Run(std::move(work)), kSecondTimedOut);
+    OpenGate();
+    EXPECT_TRUE(WaitUntilEnded());
+    CloseHandle(first_done);
+    return system_.waits;
+  };
+  EXPECT_THAT(late(4900), ElementsAre(5000, 4900));
+  EXPECT_THAT(late(1), ElementsAre(5000, 1));
 }
 
-TEST_F(BoundedTask, ResultBetweenTheTimeOutAndTheAbandonmentCounts) {
+TEST_F(BoundedTaskTest, AbandonedTaskGivesEverythingBackInItsApartment) {
+  for (const int stage : {1, 2}) {
+    CloseGate();
+    passed_ = at_gate_ = 0;
+    // Only once the stage that hangs has begun.
+    system_.wait = [this](PCONDITION_VARIABLE condition, PSRWLOCK lock) -> BOOL {
+      while (at_gate_ == 0) (void)g_wait(condition, lock, 1, 0);
+      return TimeOut(condition, lock);
+    };
+    int live_when_left = -1;
+    system_.on_leave = [&live_when_left] { live_when_left = TestWork::live; };
+    auto work = Hanging(stage);
+    bool second_ran = false;
+    if (stage == 1) work->second = [&] { return second_ran = true, S_OK; };
+    EXPECT_EQ(Run(std::move(work)), stage == 1 ? kFirstTimedOut : kSecondTimedOut);
+    EXPECT_EQ(CountTasks().abandoned, 1);
+    EXPECT_EQ(TestWork::live, 1);
+    OpenGate();
+    EXPECT_TRUE(WaitUntilEnded());
+    EXPECT_EQ(passed_, 1);
+    EXPECT_EQ(live_when_left, 0);
+    // Nobody waits for what the first stage would have led to.
+    EXPECT_FALSE(second_ran);
+  }
+}
+
+TEST_F(BoundedTaskTest, ResultBetweenTheTimeOutAndTheAbandonmentCounts) {
   system_.wait = [this](PCONDITION_VARIABLE condition, PSRWLOCK lock) {
     OpenGate();
     while (!g_wait(condition, lock, 1000, 0)) {
     }
     return TimeOut(condition, lock);
   };
-  const std::optional<TaskOutcome> outcome = RunBounded(Hanging());
-  ASSERT_TRUE(outcome.has_value());
-  EXPECT_EQ(outcome->result, 7);
-  EXPECT_EQ(AbandonedTasks(), 0);
+  EXPECT_EQ(Run(Hanging(2)), (TaskOutcome{.stage = 2, .result = 7}));
+  EXPECT_EQ(CountTasks().abandoned, 0);
 }
 
-TEST_F(BoundedTask, AtMostEightAreAbandoned) {
+TEST_F(BoundedTaskTest, AfterEightAbandonedOnesNothingIsStarted) {
   system_.wait = TimeOut;
   for (int i = 1; i <= 8; ++i) {
-    EXPECT_EQ(RunBounded(Hanging()), std::nullopt);
-    EXPECT_EQ(AbandonedTasks(), i);
+    EXPECT_EQ(Run(Hanging()), kFirstTimedOut);
+    EXPECT_EQ(CountTasks().abandoned, i);
   }
-  EXPECT_EQ(system_.submissions, 8);
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(RunBounded(Hanging()), std::nullopt);
-  EXPECT_EQ(system_.submissions, 8);
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(Run(Hanging()), kFirstTimedOut);
+  EXPECT_EQ(system_.libraries.size(), 8u);
   EXPECT_EQ(system_.waits.size(), 8u);
-  EXPECT_EQ(AbandonedTasks(), 8);
-  EXPECT_EQ(Counted::live, 8);
+  EXPECT_EQ(TestWork::live, 8);
   OpenGate();
   EXPECT_TRUE(WaitUntilEnded());
-  EXPECT_EQ(worked_, 8);
+  EXPECT_EQ(passed_, 8);
   // Room again.
   system_.wait = nullptr;
-  EXPECT_TRUE(RunBounded(Hanging()).has_value());
+  EXPECT_TRUE(Run(Hanging()).result.has_value());
 }
 
-TEST_F(BoundedTask, PoolWithoutRoom) {
-  system_.pool_fails = true;
-  for (int i = 0; i < 10; ++i) {
-    const std::optional<TaskOutcome> outcome = RunBounded(Hanging());
-    ASSERT_TRUE(outcome.has_value());
-    EXPECT_EQ(outcome->result, E_OUTOFMEMORY);
+TEST_F(BoundedTaskTest, TwentyCallersHangingAtOnceNeverAbandonMoreThanEight) {
+  // All of them are in their waits before the first is over.
+  system_.wait = [](PCONDITION_VARIABLE condition, PSRWLOCK lock) { return g_wait(condition, lock, 300, 0); };
+  std::atomic<int> ended{0}, timed_out{0}, most{0};
+  {
+    std::vector<std::jthread> callers;
+    for (int i = 0; i < 20; ++i) {
+      callers.emplace_back([&] {
+        if (Run(Hanging()) == kFirstTimedOut) ++timed_out;
+        ++ended;
+      });
+    }
+    while (ended < 20) {
+      const TaskCounts counts = CountTasks();
+      most = std::max({most.load(), counts.live, counts.abandoned});
+      SleepEx(1, FALSE);
+    }
   }
-  EXPECT_THAT(system_.waits, IsEmpty());
-  EXPECT_EQ(worked_, 0);
-  EXPECT_EQ(Counted::live, 0);
+  EXPECT_EQ(timed_out, 20);
+  EXPECT_EQ(most, 8);
+  EXPECT_EQ(CountTasks().abandoned, 8);
+  EXPECT_EQ(system_.libraries.size(), 8u);
+  EXPECT_EQ(at_gate_, 8);
+  // The twelve without a place asked for no more time than the others.
+  EXPECT_GE(system_.waits.size(), 20u);
+  EXPECT_THAT(system_.waits, Each(5000));
 }
 
-TEST_F(BoundedTask, ExceptionsOfTheWorkStayInside) {
-  const std::function<void()> throws[] = {[] { throw std::bad_alloc(); }, [] { throw std::runtime_error("x"); },
-                                          [] { throw 5; }};
-  for (const auto& raise : throws) {
-    const std::optional<TaskOutcome> outcome = RunBounded([raise, held = Counted::Make()]() -> TaskOutcome {
-      raise();
-      return {};
-    });
-    ASSERT_TRUE(outcome.has_value());
-    EXPECT_EQ(outcome->result, E_OUTOFMEMORY);
-    EXPECT_EQ(outcome->object.Get(), nullptr);
+TEST_F(BoundedTaskTest, CallerTakesThePlaceOfATaskThatEnds) {
+  std::atomic<int> answered{0};
+  {
+    std::vector<std::jthread> callers;
+    for (int i = 0; i < 30; ++i) {
+      callers.emplace_back([&] {
+        if (Run(Hanging()).result == S_OK) ++answered;
+      });
+    }
+    EXPECT_TRUE(WaitUntil([this] { return at_gate_ == 8; }));
+    OpenGate();
   }
-  system_.wait = TimeOut;
-  const TaskWork hanging = Hanging();
-  EXPECT_EQ(RunBounded([hanging]() -> TaskOutcome {
-              hanging();
-              throw std::bad_alloc();
-            }),
-            std::nullopt);
-  OpenGate();
-  EXPECT_TRUE(WaitUntilEnded());
-  EXPECT_EQ(worked_, 1);
+  EXPECT_EQ(answered, 30);
+  EXPECT_EQ(CountTasks().abandoned, 0);
 }
 
-TEST_F(BoundedTask, ManyTasksLeaveNoHandlesAndThreadsBehind) {
+TEST_F(BoundedTaskTest, ManyTasksLeaveNoHandlesAndThreadsBehind) {
   const auto run_batch = [this] {
     CloseGate();
     system_.wait = TimeOut;
-    for (int i = 0; i < 8; ++i) EXPECT_EQ(RunBounded(Hanging()), std::nullopt);
+    for (int i = 0; i < 8; ++i) EXPECT_EQ(Run(Hanging()), kFirstTimedOut);
     OpenGate();
     EXPECT_TRUE(WaitUntilEnded());
     system_.wait = nullptr;
-    for (int i = 0; i < 8; ++i) EXPECT_TRUE(RunBounded(Hanging()).has_value());
+    for (int i = 0; i < 8; ++i) EXPECT_TRUE(Run(Hanging(2)).result.has_value());
     EXPECT_TRUE(WaitUntilEnded());
   };
   run_batch();  // the pool's own threads and what COM keeps
@@ -290,7 +396,7 @@ TEST_F(BoundedTask, ManyTasksLeaveNoHandlesAndThreadsBehind) {
   ASSERT_GT(handles, 0u);
   ASSERT_GT(threads, 0u);
   for (int i = 0; i < 13; ++i) run_batch();
-  EXPECT_EQ(worked_, 14 * 16);
+  EXPECT_EQ(passed_, 14 * 16);
   // The pool may have grown by a few threads; one thing kept per task would be 104 or 208 of them.
   EXPECT_LT(OpenHandles(), handles + 60);
   EXPECT_LT(RunningThreads(), threads + 20);

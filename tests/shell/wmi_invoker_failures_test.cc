@@ -120,7 +120,7 @@ TEST_P(WmiInvokerFailures, TimeOuts) {
   EXPECT_THAT(wmi.TakeCalls(), ElementsAre("CoInitializeEx 0", "CoCreateInstance WbemLocator null 1",
                                            "ConnectServer ROOT\\WMI null null null 0 null", "CoUninitialize"));
   EXPECT_THAT(wmi.TakeWaits(), testing::AllOf(Not(IsEmpty()), Each(5000)));
-  EXPECT_EQ(AbandonedTasks(), 1);
+  EXPECT_EQ(CountTasks().abandoned, 1);
   EXPECT_GT(wmi.References(), 0);
   wmi.Unblock();
   EXPECT_EQ(wmi.References(), 0);
@@ -130,7 +130,7 @@ TEST_P(WmiInvokerFailures, TimeOuts) {
   ExpectFailure(invoker_.query_timeout);
   EXPECT_EQ(wmi.TakeCalls().size(), 6u);  // up to the query, and the clean-up
   EXPECT_THAT(wmi.TakeWaits(), testing::AllOf(Not(IsEmpty()), Each(5000)));
-  EXPECT_EQ(AbandonedTasks(), 1);
+  EXPECT_EQ(CountTasks().abandoned, 1);
   // A hanging call that fails at last gives back as much.
   wmi.Unblock();
   wmi.script.Fail("ConnectServer", 0x80041003, 1);
@@ -154,7 +154,7 @@ TEST_F(AbandonedInvokers, NinthCallStartsNothingAndEndsWithTheSameLine) {
   };
   wmi.Block("ConnectServer");
   for (int i = 0; i < 8; ++i) EXPECT_EQ(wmiMethod_ATD_STS(L"m", {}, L"value"), L"");
-  EXPECT_EQ(AbandonedTasks(), 8);
+  EXPECT_EQ(CountTasks().abandoned, 8);
   EXPECT_EQ(wmi.TakeWaits().size() >= 8, true);
   EXPECT_EQ(CountOf(wmi.TakeCalls(), "ConnectServer ROOT\\WMI null null null 0 null"), 8);
   Lines();

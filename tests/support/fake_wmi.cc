@@ -43,7 +43,7 @@ struct FakeWmiHook {
     if (GetCurrentThreadId() == wmi.thread_) {
       (void)wmi.Enter("CoUninitialize", "");
       // What a hanging task holds is given back later, in its own apartment.
-      if (AbandonedTasks() == 0 && wmi.References() != 0) wmi.Complain("object held beyond the apartment");
+      if (CountTasks().abandoned == 0 && wmi.References() != 0) wmi.Complain("object held beyond the apartment");
     }
     const std::lock_guard lock(wmi.mutex_);
     if (--wmi.apartments_[GetCurrentThreadId()] < 0) wmi.faults_.push_back("left an apartment never entered");
@@ -75,14 +75,16 @@ struct FakeWmiHook {
 
   static ULONGLONG WINAPI Clock() { return kStandingClock; }
 
-  // Over at once when a call hangs; woken when the task has ended, and for nothing now and then.
+  // A caller's wait is over at once when a call hangs; woken when the task has ended, and for nothing now and then.
   static BOOL WINAPI Wait(PCONDITION_VARIABLE condition, PSRWLOCK lock, DWORD ms, ULONG flags) {
     FakeWmi& wmi = *g_wmi;
+    if (GetCurrentThreadId() != wmi.thread_) return g_sleep_condition(condition, lock, ms, flags);
     {
       const std::lock_guard guard(wmi.mutex_);
       wmi.waits_.push_back(ms);
-      if (wmi.hanging_ > 0) {
-        --wmi.hanging_;
+      // The wait for the other stage of the same task is over as well.
+      if (wmi.hanging_ > 0 || condition == wmi.given_up_) {
+        if (condition != std::exchange(wmi.given_up_, condition)) --wmi.hanging_;
         SetLastError(ERROR_TIMEOUT);
         return FALSE;
       }
@@ -93,6 +95,8 @@ struct FakeWmiHook {
 };
 
 FakeWmi::FakeWmi() : go_on_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+  // A task of an earlier call on the system's own WMI may still have to leave its apartment, which would be counted here.
+  EXPECT_TRUE(WaitUntil([] { return CountTasks().live == 0; })) << "task of an earlier call still lives";
   g_wmi = this;
   rows[L"Select * from VexaObxWmi_WMNB"] = {{{L"__PATH", Text(L"VexaObxWmi_WMNB.InstanceName=\"100%s\"")}}};
   rows[L"Select * from ATD_STS"] = {{{L"__PATH", Text(L"ATD_STS.InstanceName=\"EC0\"")}}};
@@ -162,9 +166,10 @@ void FakeWmi::Unblock() {
   {
     const std::lock_guard lock(mutex_);
     blocked_.clear();
+    given_up_ = nullptr;
     SetEvent(go_on_);
   }
-  EXPECT_TRUE(WaitUntil([] { return AbandonedTasks() == 0; })) << "abandoned task not counted down";
+  EXPECT_TRUE(WaitUntil([] { return CountTasks().live == 0; })) << "task not counted down";
 }
 
 bool FakeWmi::AnyApartment() {

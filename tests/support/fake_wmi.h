@@ -47,10 +47,10 @@ class FakeWmi {
 
   // Every call to the function hangs until Unblock, and the wait for it is over at once.
   void Block(const std::string& function);
-  // Lets all hanging calls go on, and waits until the abandoned tasks have ended.
+  // Lets all hanging calls go on, and waits until all tasks have ended.
   void Unblock();
 
-  // Milliseconds that waits for tasks asked for, while the clock stands still.
+  // Milliseconds that the thread's waits for tasks asked for, while the clock stands still.
   std::vector<DWORD> TakeWaits();
 
   int apartments_of_tasks() const { return apartments_of_tasks_; }
@@ -91,7 +91,8 @@ class FakeWmi {
   std::vector<std::string> faults_;
   std::vector<DWORD> waits_;
   int apartments_of_tasks_ = 0;
-  int hanging_ = 0;  // calls that began to hang and whose wait is not over
+  int hanging_ = 0;                 // calls that began to hang and whose wait is not over
+  const void* given_up_ = nullptr;  // the condition whose wait was over last
   HANDLE go_on_ = nullptr;
   std::vector<std::unique_ptr<ImportPatch>> patches_;
 };
