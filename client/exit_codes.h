@@ -13,8 +13,9 @@ enum ExitCode : int {
 
   // Showing readings: the library was loaded, but there is no news of the notebook: InitializeWinIo answered 0, or no
   // reading of the EC, battery, charger, power or lid is ok. Versions of the library and its driver don't count: they
-  // tell nothing about the notebook; nor does what the system itself tells (external power, time, volume). get: the
-  // reading has no value. settings: the firmware answered neither for the charge limit nor for the quiet fan.
+  // tell nothing about the notebook; nor does what the system itself tells (external power, time, volume) or what the
+  // registry keeps of the EC. get: the reading has no value. settings: the firmware answered neither for the charge
+  // limit nor for the quiet fan.
   kExitNoReadings = 1,
 
   // Unknown command, option, setting or value.

@@ -8,6 +8,10 @@
 namespace vexahealth {
 namespace {
 
+// The low half of 0xFFFFFFFE, by which the firmware says that it does not know a device. Bit 16 of it is set like that
+// of an answer, so the library gives it as watts.
+constexpr uint32_t kUnknownDevice = 0xFFFE;
+
 Reading ZeroReading(const Row& row, CrossCheck check) {
   const bool system = row.on_firmware == OnFirmware::kSystem;
   if (row.on_firmware == OnFirmware::kNeverZero) {
@@ -54,6 +58,9 @@ bool ShowsGauge(const Row& row, const Answer& answer) {
 Reading FirmwareNumber(const Row& row, const Answer& answer, CrossCheck check) {
   if (answer.number == VEXA_NO_ANSWER) return Missing(row, Status::kNoAnswer, "the library could not ask the firmware");
   if (row.reserved == Reserved::kNotOffered && answer.number == VEXA_NOT_AVAILABLE) return NotOffered(row);
+  if (row.kind == Kind::kWatts && answer.number == kUnknownDevice) {
+    return Missing(row, Status::kUnsupported, "the firmware does not know the question");
+  }
   if (answer.number == 0 && row.on_firmware != OnFirmware::kPlain) return ZeroReading(row, check);
   if (!InRange(row.kind, answer.number)) return OutOfRange(row, answer);
   const bool system = row.on_firmware == OnFirmware::kSystem;

@@ -84,6 +84,9 @@ std::vector<Reading> CollectIdentity(Session& session) {
         reading = Missing(row, Status::kUnsupported, "the EC reports a revision that the library does not know");
       }
     }
+    if (reading.status == Status::kNoAnswer && session.Ec().FirmwareRoute()) {
+      reading = Missing(row, Status::kUnsupported, "nothing is kept, and ARM64 machines have no driver to ask through");
+    }
     readings.push_back(std::move(reading));
   }
   return readings;

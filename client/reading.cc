@@ -41,6 +41,8 @@ bool TellsNotebook(const Row& row, Route route) {
   switch (row.section) {
     case Section::kLibrary:
     case Section::kApplication: return false;
+    // What the registry keeps is told whether or not the EC answers.
+    case Section::kController: return !row.key.starts_with("ec.kept_") && row.key != "ec.firmware_revision";
     case Section::kSystem: return row.gate == Gate::kController;
     case Section::kChargeLimit:
     case Section::kQuietFan: return !row.key.ends_with(".remembered");

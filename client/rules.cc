@@ -31,7 +31,7 @@ Reading FromCrossCheck(const Row& row, const Answer& answer, CrossCheck check) {
   if (row.reserved == Reserved::kZero || IsSigned(row.kind)) {
     return Ok(row, ValueFrom(row.kind, answer.number), "cross-checked: the table answered right after");
   }
-  return Missing(row, Status::kNoAnswer, "the table's version could not be read during this call");
+  return Missing(row, Status::kNoAnswer, "0xffffffff: the table's version could not be read during this call");
 }
 
 Reading DecideNumber(const Row& row, const Answer& answer, CrossCheck check) {

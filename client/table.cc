@@ -9,7 +9,7 @@
 namespace vexahealth {
 namespace {
 
-constexpr size_t kWidestValue = 32;  // columns; longer values are broken at commas and blanks
+constexpr size_t kWidestValue = 37;  // columns; longer values are broken at commas and blanks
 
 std::string_view StatusWords(Status status) {
   switch (status) {

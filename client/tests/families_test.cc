@@ -203,7 +203,7 @@ TEST_F(FamiliesTest, WithoutASourceThereIsNothingOfIt) {
 }
 
 TEST_F(FamiliesTest, TheTablesVersionDecidesWhatIsAsked) {
-  Set("Adapter_Read_PD_Get_Emark_VID", 0x17EF);
+  Set("Adapter_Read_PD_Get_Emark_VID", 0x1D5A);
   Set("Adapter_Read_PDO1", 0x0801912C);
   for (const auto& [version, cable, object, pd] :
        {std::tuple{28u, Status::kOk, Status::kOk, Status::kOk},
@@ -236,6 +236,18 @@ TEST_F(FamiliesTest, WattagesAreAskedWhateverTheVersion) {
     }
   }
   EXPECT_EQ(StatusOf("adapter.pdo.1.word"), Status::kUnsupported);  // the firmware has none
+
+  // What the firmware answers for a device that it does not know, cut to 16 bits. The EC may mean it.
+  Set("Adapter_Read_Standard_Watt", 65534);
+  Run("adapter");
+  EXPECT_EQ(StatusOf("adapter.standard_power"), Status::kUnsupported);
+  Set("Adapter_Read_Standard_Watt", 65533);
+  Run("adapter");
+  EXPECT_EQ(ValueOf("adapter.standard_power"), Number(65533));
+  route_ = Route::kDriver;
+  Set("Adapter_Read_Standard_Watt", 65534);
+  Run("adapter");
+  EXPECT_EQ(ValueOf("adapter.standard_power"), Number(65534));
 }
 
 TEST_F(FamiliesTest, PowerLineHasThreeStates) {
@@ -251,9 +263,9 @@ TEST_F(FamiliesTest, PowerLineHasThreeStates) {
 }
 
 TEST_F(FamiliesTest, ThePartNumberKeepsToItsRecord) {
-  g_library.texts["part"] = "TPS25750";
+  g_library.texts["part"] = "VXPD5126";
   Run("adapter");
-  EXPECT_EQ(ValueOf("adapter.controller_part"), Value("TPS25750"));
+  EXPECT_EQ(ValueOf("adapter.controller_part"), Value("VXPD5126"));
   Set("told", 200);
   Run("adapter");
   EXPECT_EQ(At("adapter.controller_part").note, "longer than the record: cut");
@@ -329,6 +341,16 @@ TEST_F(FamiliesTest, IdentityAndSystemBelongToTheStatus) {
     Run("status");
     EXPECT_EQ(StatusOf("ec.firmware_revision"), Status::kUnsupported);
   }
+  Set("EC_ReadEcFwRev", 0x4142);
+  Set("EC_ReadEcChipName", VEXA_NO_ANSWER);
+  for (const auto& [route, status] :
+       {std::pair{Route::kDriver, Status::kNoAnswer}, {Route::kFirmware, Status::kUnsupported}}) {
+    route_ = route;
+    Run("status");
+    EXPECT_EQ(StatusOf("ec.kept_chip_name"), status);
+    EXPECT_EQ(ValueOf("ec.firmware_revision"), Value("AB"));
+  }
+  route_ = Route::kDriver;
   Set("volume", static_cast<uint32_t>(VEXA_NO_VOLUME));
   Run("status");
   EXPECT_EQ(StatusOf("system.volume"), Status::kNotPresent);
@@ -339,7 +361,11 @@ TEST_F(FamiliesTest, IdentityAndSystemBelongToTheStatus) {
 
 TEST_F(FamiliesTest, TheSystemAloneIsNoNews) {
   Report report{.library = {.loaded = true, .ready = true, .route = Route::kDriver}, .readings = {}, .error = {}};
-  g_library.numbers = {{"volume", 33}, {"System_Check_S_Mode", 0}, {"Power_Read_ACDCMode", 1}};
+  g_library.numbers = {{"volume", 33},
+                       {"System_Check_S_Mode", 0},
+                       {"Power_Read_ACDCMode", 1},
+                       {"EC_ReadEcChipName", 0x56583839},
+                       {"EC_ReadEcFwRev", 0x4142}};
   Run("status");
   report.readings = readings_;
   EXPECT_EQ(ExitCodeFor(report), kExitNoReadings);

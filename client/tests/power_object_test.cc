@@ -82,6 +82,8 @@ TEST(PowerObject, KnownWords) {
   EXPECT_EQ(PowerObjectText(0x0002D12C), "fixed 9 V, 3 A, 27 W");
   EXPECT_EQ(PowerObjectText(0x000641F4), "fixed 20 V, 5 A, 100 W");
   EXPECT_EQ(PowerObjectText(0xC0DC213C), "pps 3.3-11 V, 3 A, 33 W");
+  EXPECT_EQ(PowerObjectText(0xC9A42164), "pps 3.3-21 V, 5 A, 105 W");
+  EXPECT_EQ(PowerObjectText(0xE004B1F4), "spr_avs 9-20 V, 5 A, 100 W");
   EXPECT_EQ(PowerObjectText(0), "none");
 }
 

@@ -170,7 +170,7 @@ Answers Healthy() {
       {"WMIGetSystemChassisTypes", "Notebook"},
       {"WMIGetType2SN", "L1N0CX01Y234567E"},
       {"WMIGetWiFiBytesPersec", "0,0"},
-      {"WMIGetWiFiCardName", "Example(R) Wi-Fi 7 BX210"},
+      {"WMIGetWiFiCardName", "Vexa Wi-Fi 6E Adapter 160MHz"},
   };
 }
 

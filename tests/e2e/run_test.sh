@@ -53,13 +53,29 @@ if [ "$machine" = x64 ]; then
   check "missing scenario is refused" run 1 --scenario "$work/absent.json"
   check "healthy again" run 0 --json
   check "usage error" run 2 --no-such-option
+  check "adapter" run 0 adapter
+  check "an object of the contract is decoded, its word beside" \
+    grep -q -F 'Object 5                  pps 3.3-21 V, 5 A, 105 W (0xc9a42164)' "$work/out"
+  check "thermal" run 0 thermal --json
+  check "two fans turn" json 4 fan.count=2 fan.1.speed=3120 fan.2.speed=2870 fan.3.speed=not_present temperature.cpu=52
+  check "inventory" run 0 inventory --json
+  check "inventory and radio tell one adapter" json 25 "inventory.wifi_adapter=Vexa Wi-Fi 6E Adapter 160MHz" \
+    inventory.memory_speed=5200 inventory.external_monitors=1 inventory.hdd=not_present
 else
   check "battery table" run 0
   check "battery table shows the charge" grep -q -E 'State of charge +84 %' "$work/out"
   check "json" run 0 --json
   check "json has at least 15 readings" json 15 library.route=ARM64 battery.rsoc=84 battery.temperature=3033 \
-    battery.fully_charged=unsupported ec.table_version=unsupported
+    battery.fully_charged=unsupported ec.table_version=unsupported adapter.pdo.1.word=unsupported \
+    fan.1.speed=3120 fan.2.speed=unsupported temperature.cpu=52
+  check "inventory" run 0 inventory --json
+  check "inventory tells the machine" json 25 "inventory.product=Vexa Arclight 14 A" inventory.cpu_architecture=ARM64
 fi
+check "radio" run 0 radio
+check "access points are drawn by signal" grep -q -E '^  5 GHz, -50 to -60 dBm +1 █$' "$work/out"
+check "the link and Bluetooth are told" grep -q -E '^  (Signal +-52 dBm|Connected devices +3)$' "$work/out"
+check "one bare value" run 0 get battery.rsoc
+check "it is the bare value" test "$(cat "$work/out")" = 84
 
 # The firmware's own state, as a person would look at it.
 firmware_level() {
