@@ -62,12 +62,12 @@ std::string Label(std::string_view text) {
   return label;
 }
 
-// Samples of one metric stand together, under one TYPE line.
+// Samples of one metric stand together, under one HELP and one TYPE line.
 class Exposition {
  public:
-  void Add(const std::string& name, const std::string& labels, const std::string& value) {
+  void Add(const std::string& name, std::string_view help, const std::string& labels, const std::string& value) {
     const auto [place, added] = places_.try_emplace(name, metrics_.size());
-    if (added) metrics_.push_back("# TYPE " + name + " gauge\n");
+    if (added) metrics_.push_back("# HELP " + name + " " + std::string(help) + "\n# TYPE " + name + " gauge\n");
     metrics_[place->second] += name + (labels.empty() ? "" : "{" + labels + "}") + " " + value + "\n";
   }
 
@@ -82,11 +82,23 @@ class Exposition {
   std::vector<std::string> metrics_;
 };
 
+// A text that differs at every look would make a new time series of each.
+bool TellsTheTime(const Row& row) { return row.key == "system.local_time"; }
+
+// The label of one cell or fan without its number, for all of them.
+std::string_view HelpFor(const Row& row, const Metric& metric) {
+  std::string_view help = row.label;
+  if (!metric.index.empty() && help.ends_with(metric.index)) help.remove_suffix(metric.index.size());
+  return help.substr(0, help.find_last_not_of(' ') + 1);
+}
+
 void AddReading(Exposition& exposition, const Reading& reading) {
   const Row& row = *reading.row;
   const std::string key(row.key);
   if (const auto* text = std::get_if<std::string>(&reading.value)) {
-    exposition.Add("vexahealth_text_info", "key=\"" + key + "\",value=\"" + Label(*text) + "\"", "1");
+    if (TellsTheTime(row)) return;
+    exposition.Add("vexahealth_text_info", "A reading that is a text; always 1",
+                   "key=\"" + key + "\",value=\"" + Label(*text) + "\"", "1");
     return;
   }
   if (reading.status != Status::kOk) return;
@@ -94,7 +106,8 @@ void AddReading(Exposition& exposition, const Reading& reading) {
   const auto* flag = std::get_if<bool>(&reading.value);
   const std::string value =
       flag != nullptr ? (*flag ? "1" : "0") : ScaledNumber(std::get<int64_t>(reading.value), ScaleOf(row.kind));
-  exposition.Add(metric.name, metric.index.empty() ? "" : "index=\"" + metric.index + "\"", value);
+  exposition.Add(metric.name, HelpFor(row, metric), metric.index.empty() ? "" : "index=\"" + metric.index + "\"",
+                 value);
 }
 
 }  // namespace
@@ -126,23 +139,24 @@ Metric MetricOf(const Row& row) {
 std::string PrometheusText(const Report& report) {
   Exposition exposition;
   const bool up = report.library.loaded && ExitCodeFor(report) == kExitOk;
-  exposition.Add("vexahealth_up", "", up ? "1" : "0");
+  exposition.Add("vexahealth_up", "Whether the notebook answered: 1 or 0", "", up ? "1" : "0");
   const char* route = report.library.route == Route::kDriver     ? "x64"
                       : report.library.route == Route::kFirmware ? "ARM64"
                                                                  : "";
-  exposition.Add("vexahealth_info",
+  exposition.Add("vexahealth_info", "Version, route and command; always 1",
                  "version=\"" + std::string(kClientVersion) + "\",route=\"" + route + "\",command=\"" +
                      Label(report.command) + "\"",
                  "1");
   for (const Reading& reading : report.readings) AddReading(exposition, reading);
   for (const Reading& reading : report.readings) {
-    exposition.Add("vexahealth_reading_status",
+    exposition.Add("vexahealth_reading_status", "The state of each reading; always 1",
                    "key=\"" + std::string(reading.row->key) + "\",status=\"" + std::string(StatusName(reading.status)) +
                        "\",source=\"" + reading.row->export_name + "\"",
                    "1");
   }
   for (const Status status : kStatuses) {
-    exposition.Add("vexahealth_readings", "status=\"" + std::string(StatusName(status)) + "\"",
+    exposition.Add("vexahealth_readings", "Readings in each state",
+                   "status=\"" + std::string(StatusName(status)) + "\"",
                    std::to_string(std::ranges::count(report.readings, status, &Reading::status)));
   }
   return exposition.Text();

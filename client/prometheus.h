@@ -6,7 +6,7 @@
 //
 //   vexahealth_up                                  1: the library worked and told something about the notebook
 //   vexahealth_info{version,route}                 1
-//   vexahealth_text_info{key,value}                1 for each text
+//   vexahealth_text_info{key,value}                1 for each text but the time of day
 //   vexahealth_reading_status{key,status,source}   1 for each reading
 //   vexahealth_readings{status}                    how many readings have this status, all six of them
 //

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "client/collect.h"
+#include "client/families.h"
 #include "client/prometheus.h"
 #include "client/rules.h"
 #include "client/tests/scripted_library.h"
@@ -148,7 +149,7 @@ TEST(Prometheus, NumbersComeInBaseUnits) {
         "vexahealth_text_info{key=\"battery.device_name\",value=\"PACK\"} 1",
         "vexahealth_reading_status{key=\"battery.cell_voltage_4\",status=\"not_present\",source="
         "\"BatteryHealthyTable_CellVoltage4\"} 1",
-        "vexahealth_readings{status=\"error\"} 0"}) {
+        "vexahealth_readings{status=\"error\"} 0", "# HELP vexahealth_battery_cell_voltage_volts Cell"}) {
     EXPECT_NE(("\n" + text).find("\n" + std::string(line) + "\n"), std::string::npos) << line;
   }
   EXPECT_EQ(text.find("vexahealth_battery_cell_voltage_volts{index=\"4\"}"), std::string::npos);
@@ -169,11 +170,15 @@ TEST(Prometheus, FreezingIsNegative) {
 TEST(Prometheus, EveryMetricStandsTogetherUnderOneType) {
   for (const char* hostile : kHostile) {
     std::vector<std::string> seen;
-    std::string current;
+    std::string current, helped;
     for (const std::string& line : Lines(PrometheusText(ReportWith(hostile)))) {
-      if (line.starts_with("# TYPE ")) {
+      if (line.starts_with("# HELP ")) {
+        helped = line.substr(7, line.find(' ', 7) - 7);
+        EXPECT_GT(line.size(), 8 + helped.size()) << line;
+      } else if (line.starts_with("# TYPE ")) {
         current = line.substr(7, line.rfind(' ') - 7);
         EXPECT_EQ(std::ranges::count(seen, current), 0) << current;
+        EXPECT_EQ(helped, current);
         seen.push_back(current);
       } else {
         EXPECT_TRUE(line.starts_with(current + "{") || line.starts_with(current + " ")) << line;
@@ -181,6 +186,16 @@ TEST(Prometheus, EveryMetricStandsTogetherUnderOneType) {
       }
     }
   }
+}
+
+TEST(Prometheus, TheTimeOfDayIsNoSeries) {
+  const Row* row = FindRow("system.local_time");
+  ASSERT_NE(row, nullptr);
+  Report report;
+  report.readings = {Ok(*row, std::string("2026-02-03 08:05:00"))};
+  const std::string text = PrometheusText(report);
+  EXPECT_EQ(text.find("08:05"), std::string::npos);
+  EXPECT_NE(text.find("vexahealth_reading_status{key=\"system.local_time\",status=\"ok\""), std::string::npos);
 }
 
 TEST(Prometheus, ALibraryThatIsNotThereIsDown) {
