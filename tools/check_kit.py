@@ -17,7 +17,7 @@ from package import ROOT, VERSION, write_archive
 PROGRAMS = ("VexaWinIO64.dll", "VexaWinIO64.pdb", "vexahealth.exe", "client/client_core_test.exe", "tests/shell_test.exe",
             "notebook/firmware/firmware_test.exe", "notebook/firmware/vexa-firmware.dll", "tools/check-kit/check.exe")
 X64_PROGRAMS = ("tests/e2e_test.exe", "bench/vexa_bench.exe")
-SOURCES = ("tools/check-kit/parts.txt", "cmake/package/VexaWinIO64.wprp")
+SOURCES = ("tools/check-kit/parts.txt", "cmake/package/VexaWinIO64.wprp", "docs/fleet/collect.cmd")
 TREES = ("bindings/python/vexawinio.py", "samples/python/sampling.py")
 
 
@@ -40,6 +40,8 @@ def kit_files(machine):
         sys.exit(f"not built for {machine}: {', '.join(missing)}")
     files = {pathlib.PurePath(name).name: (build / name).read_bytes() for name in programs}
     files |= {pathlib.PurePath(name).name: (ROOT / name).read_bytes() for name in SOURCES}
+    # A command file's lines end as Windows wants them.
+    files["collect.cmd"] = files["collect.cmd"].replace(b"\n", b"\r\n")
     files |= {name: (ROOT / name).read_bytes() for name in TREES}
     if machine == "x64":
         # Not beside the library, which would register it in place of the notebook's own driver.

@@ -5,6 +5,7 @@
 #   tools/setup.sh native   clang with its sanitizers, CMake, GoogleTest
 #   tools/setup.sh arm64    the ARM64 Wine folder and the emulator under it
 #   tools/setup.sh bindings compilers for Rust and C#, CPython and .NET for Windows
+#   tools/setup.sh fleet    Prometheus
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -79,9 +80,24 @@ setup_bindings() {
   setup_windows_dotnet
 }
 
+# Unpacked, not installed: the installed package starts a server that listens on every interface.
+setup_fleet() {
+  local home=$CACHE/prometheus
+  [ -x "$home/prometheus" ] && [ -x "$home/promtool" ] && return 0
+  say "unpacking Debian's Prometheus"
+  rm -rf "$home.new" "$home"
+  mkdir -p "$home.new"
+  {
+    as_root apt-get update
+    (cd "$home.new" && apt-get download prometheus && dpkg-deb -x prometheus_*.deb .)
+  } >"$CACHE/apt.log" 2>&1 || die "Prometheus can't be had; see $CACHE/apt.log"
+  mv "$home.new/usr/bin" "$home"
+  rm -rf "$home.new"
+}
+
 for part in "$@"; do
   case $part in
-    x64 | native | arm64 | bindings) "setup_$part" ;;
-    *) die "tools/setup.sh: unknown part '$part' (x64, native, arm64, bindings)" ;;
+    x64 | native | arm64 | bindings | fleet) "setup_$part" ;;
+    *) die "tools/setup.sh: unknown part '$part' (x64, native, arm64, bindings, fleet)" ;;
   esac
 done

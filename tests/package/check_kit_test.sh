@@ -105,9 +105,10 @@ cp "$ROOT/tools/check-kit/parts.txt" "$kit/"
 check "without the driver" kit 0 battery
 check "the part is left out" printed "skip battery: it wants a copy of the notebook's own VexaSAIO.sys beside check.exe"
 cp "$kit/simulated/VexaSAIO.sys" "$kit/"
-check "the kit" kit 0 machine client battery gauge-names thermal system architecture
+check "the kit" kit 0 machine client battery gauge-names thermal system architecture fleet
 check "the kit's tests ran" printed "ok client"
 check "the kit's readings are in the report" reported "VXB2-CELLCO"
+check "the collector's file" reported "vexahealth_up 1"
 check "the driver's service is there now" kit 0 end-to-end
 check "and is not replaced" grep -q -F "skip end-to-end: the service VexaSAIO is registered" "$work/out"
 rm -rf "$kit"

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# A fleet of 20 simulated notebooks, each read by `collect.cmd`, looked at through a real Prometheus on the loopback
+# interface: the rules and queries of docs/fleet.md name exactly the notebooks that they should.
+
+source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
+source "$ROOT/tools/notebook.sh"
+
+use_machine x64
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+start_prefix
+install_product "$ROOT/build/x64/VexaWinIO64.dll" "$ROOT/build/x64/vexahealth.exe" "$ROOT/build/x64/notebook/driver/VexaSAIO.sys"
+install_firmware
+folder=$WINEPREFIX/drive_c/Vexa
+sed 's/$/\r/' "$ROOT/docs/fleet/collect.cmd" >"$folder/collect.cmd"
+textfile=$WINEPREFIX/drive_c/textfile
+rm -rf "$textfile"
+mkdir -p "$work/scenarios" "$work/metrics" "$textfile"
+
+while read -r name route; do
+  [ "$route" = x64 ] || rm -f "$WINEPREFIX/drive_c/vexa-notebook/scenario.bin"
+  if [ "$route" = x64 ]; then install_scenario "$work/scenarios/$name.json"; else MACHINE=arm64 install_scenario "$work/scenarios/$name.json"; fi
+  printf '@reg add HKLM\\SOFTWARE\\Vexa\\Config /v Arch /d %s /f > NUL\r\n@call C:\\Vexa\\collect.cmd C:\\textfile\r\n' "$route" >"$folder/look.bat"
+  timeout --kill-after=10 60 "$WINE" cmd /c 'C:\Vexa\look.bat' </dev/null >"$work/log" 2>&1 || true
+  [ ! -f "$textfile/vexahealth.new" ] || die "$name: an unfinished file is left"
+  mv "$textfile/vexahealth.prom" "$work/metrics/$name.prom" || die "$name: no readings were written"
+done < <(python3 "$ROOT/tests/fleet/notebooks.py" "$work/scenarios")
+rm -f "$folder"/look.bat "$folder"/collect.cmd
+timeout 60 "$WINE" reg delete 'HKLM\SOFTWARE\Vexa\Config' /v Arch /f </dev/null >/dev/null 2>&1 || true
+
+exec python3 "$ROOT/tests/fleet/fleet_test.py" "$work/metrics"
