@@ -4,15 +4,17 @@
 
 namespace vexahealth {
 
-std::string JsonText(const Report& report, Layout layout) {
+Json JsonDocument(const Report& report) {
   Json document = Document();
   document["command"] = WellFormedUtf8(report.command);
   document["time"] = TextOrNull(report.time);
   document["error"] = TextOrNull(report.error);
   document["library"] = LibraryJson(report.library);
   AddReadings(document, "readings", report.readings);
-  return Dump(document, layout);
+  return document;
 }
+
+std::string JsonText(const Report& report, Layout layout) { return Dump(JsonDocument(report), layout); }
 
 std::string JsonHelpText(std::string_view help) {
   Json document = Document();

@@ -23,6 +23,7 @@
 
 namespace vexahealth {
 
+[[nodiscard]] Json JsonDocument(const Report& report);
 [[nodiscard]] std::string JsonText(const Report& report, Layout layout = Layout::kLines);
 
 // What --help and --version print when --json stands beside them: the tool, the library when it was asked,

@@ -39,10 +39,7 @@ BOOL WINAPI OnInterrupt(DWORD) {
   return TRUE;
 }
 
-bool WriteTo(DWORD stream, std::string_view text) {
-  const HANDLE handle = GetStdHandle(stream);
-  if (handle == nullptr || handle == INVALID_HANDLE_VALUE) return false;
-  const Utf8Console console;
+bool WriteAll(HANDLE handle, std::string_view text) {
   while (!text.empty()) {
     DWORD written = 0;
     const auto length = static_cast<DWORD>(std::min<size_t>(text.size(), 1 << 15));
@@ -50,6 +47,22 @@ bool WriteTo(DWORD stream, std::string_view text) {
     text.remove_prefix(written);
   }
   return true;
+}
+
+bool WriteTo(DWORD stream, std::string_view text) {
+  const HANDLE handle = GetStdHandle(stream);
+  if (handle == nullptr || handle == INVALID_HANDLE_VALUE) return false;
+  const Utf8Console console;
+  return WriteAll(handle, text);
+}
+
+std::wstring Utf8ToWide(std::string_view text) {
+  if (text.empty()) return {};
+  const int size = static_cast<int>(text.size());
+  const int needed = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<size_t>(std::max(needed, 0)), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), needed);
+  return wide;
 }
 
 }  // namespace
@@ -143,5 +156,18 @@ void FreeText(wchar_t* text) { CoTaskMemFree(text); }
 bool WriteOutput(std::string_view text) { return WriteTo(STD_OUTPUT_HANDLE, text); }
 
 void WriteError(std::string_view text) { WriteTo(STD_ERROR_HANDLE, text); }
+
+bool WriteFileAt(std::string_view path, std::string_view text) {
+  const std::wstring target = Utf8ToWide(path);
+  const std::wstring fresh = target + L".new";
+  const HANDLE file =
+      CreateFileW(fresh.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  const bool written = WriteAll(file, text);
+  const bool closed = CloseHandle(file) != 0;
+  if (written && closed && MoveFileExW(fresh.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) return true;
+  DeleteFileW(fresh.c_str());
+  return false;
+}
 
 }  // namespace vexahealth

@@ -52,6 +52,9 @@ void FreeText(wchar_t* text);
 [[nodiscard]] bool WriteOutput(std::string_view text);
 void WriteError(std::string_view text);
 
+// Makes the file, or replaces it as a whole: a failure leaves an old one as it was. The path is UTF-8.
+[[nodiscard]] bool WriteFileAt(std::string_view path, std::string_view text);
+
 }  // namespace vexahealth
 
 #endif  // CLIENT_MACHINE_H_

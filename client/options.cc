@@ -27,6 +27,7 @@ constexpr const char* kFooter =
     "  vexahealth get battery.rsoc                        one bare value\n"
     "  vexahealth battery --watch 5                       look again every 5 seconds\n"
     "  vexahealth all --format prometheus                 for a text-file collector\n"
+    "  vexahealth report --output report.html             one HTML file with verdicts, to mail\n"
     "  vexahealth settings set charge-limit 80 --dry-run  what would be done\n"
     "\n"
     "Exit codes:\n"
@@ -107,8 +108,10 @@ class CommandLine {
 
   // What does something else than showing a command's readings.
   Action Other() const {
-    constexpr std::pair<const char*, Action> kOthers[] = {
-        {"get", Action::kGet}, {"keys", Action::kKeys}, {"completion", Action::kCompletion}};
+    constexpr std::pair<const char*, Action> kOthers[] = {{"get", Action::kGet},
+                                                          {"report", Action::kReport},
+                                                          {"keys", Action::kKeys},
+                                                          {"completion", Action::kCompletion}};
     for (const auto& [name, action] : kOthers) {
       if (Has(name)) return action;
     }
@@ -119,6 +122,9 @@ class CommandLine {
   void AddOthers(Options& options, Words& words) {
     CLI::App* get = AddCommand(app_, "get", "Print the value of one reading, bare");
     get->add_option("key", words.key, "The reading's key, for instance battery.rsoc; \"keys\" lists them");
+    CLI::App* report = AddCommand(app_, "report", "Write everything into one HTML file that can be mailed");
+    report->add_option("--output", options.output, "The file to write; without it standard output");
+    AddFlag(*report, "--show-serials", options.show_serials, "Don't mask serial numbers and addresses");
     AddCommand(app_, "keys", "List every reading: key, unit, export, metric");
     CLI::App* completion = AddCommand(app_, "completion", "Print a completion script for a shell");
     completion->add_option("shell", options.shell, "bash or powershell");
@@ -237,7 +243,7 @@ std::string ReadRest(const Words& words, Options& options) {
 bool WaitsFor(const Options& options) {
   const bool shows = options.command == FindCommand("status") || options.command == FindCommand("battery") ||
                      options.command == FindCommand("all");
-  return options.action == Action::kReadings && shows;
+  return (options.action == Action::kReadings && shows) || options.action == Action::kReport;
 }
 
 // The format that a command line asks for that is wrong elsewhere.
@@ -285,7 +291,7 @@ Options ParseOptions(const std::vector<std::string>& arguments) {
     if (options.text.empty()) options.text = ReadWatch(words, options);
     if (options.text.empty()) options.text = ReadRest(words, options);
     if (options.text.empty() && words.no_wait && !WaitsFor(options)) {
-      options.text = "--no-wait belongs to status, battery and all";
+      options.text = "--no-wait belongs to status, battery, all and report";
     }
   }
   if (!options.text.empty()) {

@@ -23,6 +23,7 @@ struct Options {
     kReadings,
     kGet,
     kChange,
+    kReport,
     kKeys,
     kCompletion,
     kHelp,
@@ -37,8 +38,10 @@ struct Options {
   std::string key;  // kGet
   std::optional<WatchOptions> watch;
   ChangeRequest change;
-  std::string shell;  // kCompletion
-  std::string text;   // the help, or what is wrong
+  bool show_serials = false;  // kReport
+  std::string output;         // kReport: the file; empty: standard output
+  std::string shell;          // kCompletion
+  std::string text;           // the help, or what is wrong
 
   bool json() const { return format == Format::kJson; }
 };

@@ -31,6 +31,7 @@ struct Sample {
 // The commands; they return the exit code.
 [[nodiscard]] int RunReadings(const Options& options);
 [[nodiscard]] int RunChange(const Options& options);
+[[nodiscard]] int RunReport(const Options& options);
 [[nodiscard]] int RunVersion(const Options& options);
 [[nodiscard]] int RunUsageError(const Options& options);
 
