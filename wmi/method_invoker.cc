@@ -140,8 +140,8 @@ class MethodCall {
               ResultText(static_cast<HRESULT>(number)).c_str());
       // The text travels, not the number: WMI converts it to the parameter's type.
       Variant value;
+      value.put()->bstrVal = AllocateBstr(text.c_str());
       value.put()->vt = VT_BSTR;
-      value.put()->bstrVal = SysAllocString(text.c_str());
       const HRESULT result = in->Put(parameter.c_str(), 0, value.put(), invoker_.parameter_type);
       if (FAILED(result)) {
         LogStep(L"[%s] Could not put parameters. method=%s, ID=0x%s, Errorcode=0x%s", name(), method_.c_str(),

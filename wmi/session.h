@@ -8,6 +8,7 @@
 #include <wbemidl.h>
 #include <wrl/client.h>
 
+#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -20,7 +21,13 @@ using Microsoft::WRL::ComPtr;
 
 using Bstr = Owner<BSTR, SysFreeString>;
 
-inline Bstr MakeBstr(const wchar_t* text) { return Bstr(SysAllocString(text)); }
+// A null BSTR is a text too, an empty one: without memory nothing may be sent.
+inline BSTR AllocateBstr(const wchar_t* text) {
+  if (const BSTR allocated = SysAllocString(text)) return allocated;
+  throw std::bad_alloc();
+}
+
+inline Bstr MakeBstr(const wchar_t* text) { return Bstr(AllocateBstr(text)); }
 
 // Owns a VARIANT's contents. Its bytes beyond the value are zero before a reader fills it.
 class Variant {
