@@ -1,5 +1,6 @@
 #include "radio/wlan_client.h"
 
+#include <atomic>
 #include <cstddef>
 
 #include "frame/optional_library.h"
@@ -22,6 +23,7 @@ static_assert(offsetof(WLAN_BSS_ENTRY, ulIeSize) == bss_layout::kElementsSize);
 static_assert(DOT11_SSID_MAX_LENGTH == kMaxSsidLength);
 
 OptionalLibrary g_wlan_library(L"wlanapi.dll");
+std::atomic<decltype(WlanFreeMemory)*> g_free_memory = nullptr;
 
 // Calls a function of the library. Without it, answers the error that the search for it left.
 template <typename Function, typename... Arguments>
@@ -44,10 +46,14 @@ std::optional<Value> Query(HANDLE client, const GUID& interface_id, WLAN_INTF_OP
 }  // namespace
 
 void FreeWlanMemory(void* memory) noexcept {
-  if (auto* const free = g_wlan_library.Find<decltype(WlanFreeMemory)>("WlanFreeMemory")) free(memory);
+  if (auto* const free = g_free_memory.load(std::memory_order_acquire)) free(memory);
 }
 
 std::expected<WlanClient, DWORD> WlanClient::Open() {
+  // What can't be given back is not asked for.
+  auto* const free = g_wlan_library.Find<decltype(WlanFreeMemory)>("WlanFreeMemory");
+  if (free == nullptr) return std::unexpected(GetLastError());
+  g_free_memory.store(free, std::memory_order_release);
   DWORD version = 0;
   HANDLE handle = nullptr;
   const DWORD error = Call<decltype(WlanOpenHandle)>("WlanOpenHandle", kClientVersion, nullptr, &version, &handle);
