@@ -25,7 +25,7 @@ ComPtr<IAudioEndpointVolume> DefaultSpeakerVolume() noexcept {
     return nullptr;
   }
   ComPtr<IMMDevice> speaker;
-  if (FAILED(devices->GetDefaultAudioEndpoint(eRender, eConsole, &speaker))) return nullptr;
+  if (FAILED(devices->GetDefaultAudioEndpoint(eRender, eConsole, &speaker)) || !speaker) return nullptr;
   ComPtr<IAudioEndpointVolume> volume;
   if (FAILED(speaker->Activate(__uuidof(IAudioEndpointVolume), CLSCTX_INPROC_SERVER, nullptr, &volume))) return nullptr;
   return volume;
