@@ -28,7 +28,9 @@ ROLES = {"value": ("uint8_t", "uint32_t", "int32_t"), "buffer": ("char*", "wchar
          "allocated": ("wchar_t**",)}
 FAMILY_KEYS = {"family", "title", "header", "about", "defaults", "exports"}
 DEFAULTED = ("routes", "needs_initialize", "minimum_table_version", "threads", "wait")
-OPTIONAL = {"text": None, "doubt": None, "effect": "reads"}
+OPTIONAL = {"text": None, "doubt": None, "effect": "reads", "failing": ()}
+# What an answer looks like of which only a part could be read.
+FAILING = {"value", "fewer", "zero_bytes", "cut", "fewer_characters", "fewer_items", "fewer_counts", "items"}
 EXPORT_KEYS = {"name", "summary", "returns", "arguments", "result", "reserved"}
 ARGUMENT_KEYS = {"name", "type", "meaning"}
 ARGUMENT_OPTIONAL = {"role", "unit", "range", "capacity", "capacity_name", "slots"}
@@ -57,6 +59,7 @@ class Export:
     text: dict | None
     doubt: str | None
     effect: str
+    failing: tuple
 
     @property
     def signature(self):
@@ -132,6 +135,13 @@ def check_reserved(where, export, reasons):
         need(export.minimum_table_version is not None, where, "a doubt needs a least version")
 
 
+def check_failing(where, export):
+    for f in export.failing:
+        need({"as", "when"} <= set(f) <= {"as", "when", "value", "text", "route"}, where, f"failing {f}: keys")
+        need(f["as"] in FAILING, where, f"failing {f}")
+        need(("value" in f) == (f["as"] == "value") and ("text" in f) == (f["as"] == "items"), where, f"failing {f}")
+
+
 def check_export(export, top):
     where = export.name
     check_arguments(where, export.arguments)
@@ -146,6 +156,7 @@ def check_export(export, top):
     need((kind == "done") <= (export.effect != "reads" or export.family == "lifecycle"), where, "an action has an effect")
     check_text(where, export)
     check_reserved(where, export, top["reasons"])
+    check_failing(where, export)
 
 
 def resolve(family, entry, ordinals):

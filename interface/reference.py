@@ -69,6 +69,19 @@ def reserved_lines(export):
         yield f"| {cell(shown)} | `{r['reason']}` | {cell(r['when'])} |"
 
 
+FAILING = {"fewer": "a smaller number", "zero_bytes": "the number with 0 in that byte's place", "cut": "the text up to there", "fewer_items": "the text without those pieces",
+           "fewer_characters": "the text without those characters",
+           "fewer_counts": "smaller numbers in the text"}
+
+
+def failing_lines(export):
+    """What it answers when something failed, but that is no special answer."""
+    for f in export.failing:
+        shown = FAILING.get(f["as"]) or f"`{f.get('text', f.get('value'))}`"
+        route = f", on {f['route']}" if "route" in f else ""
+        yield f"Otherwise, when something fails: {shown}{route}, when {f['when']}."
+
+
 def export_section(export, top):
     version = export.minimum_table_version
     rows = [("gives", unit_text(export)), ("from", route_text(export, top)),
@@ -82,7 +95,8 @@ def export_section(export, top):
     lines = [f"## {export.name}", "", export.summary, "", "```c", declaration(export), "```", ""]
     lines += list(argument_lines(export)) + ([""] if export.arguments else [])
     lines += ["| | |", "|---|---|"] + [f"| {name} | {cell(value)} |" for name, value in rows] + [""]
-    return lines + list(reserved_lines(export)) + [""]
+    failing = list(failing_lines(export))
+    return lines + list(reserved_lines(export)) + ([""] + failing if failing else []) + [""]
 
 
 def family_page(family, exports, top):

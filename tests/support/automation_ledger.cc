@@ -71,8 +71,15 @@ AutomationLedger::AutomationLedger() {
   g_live.clear();
   g_freed_unknown = 0;
   const auto patch = [this]<typename Function>(const char* name, Function* replacement, Function** original) {
-    patches_.push_back(std::make_unique<ImportPatch>(name, replacement));
-    *original = patches_.back()->template Original<Function>();
+    // The tests' own objects make and free some too; a library beside the program need not use them all.
+    const HMODULE program = GetModuleHandleW(nullptr);
+    *original = nullptr;
+    for (const HMODULE module : std::set{program, PatchedModule()}) {
+      if (FindImport(module, name) == nullptr) continue;
+      patches_.push_back(std::make_unique<ImportPatch>(name, replacement, module));
+      *original = patches_.back()->template Original<Function>();
+    }
+    ASSERT_NE(*original, nullptr) << name;
   };
   patch("SysAllocString", Alloc, &g_alloc);
   patch("SysAllocStringLen", AllocLength, &g_alloc_length);

@@ -23,7 +23,7 @@ class FakeInterfaces {
     bool hardware, up;
   };
 
-  explicit FakeInterfaces(HMODULE module = GetModuleHandleW(nullptr))
+  explicit FakeInterfaces(HMODULE module = PatchedModule())
       : table_("GetIfTable2Ex", Table, module),
         entry_("GetIfEntry2", Entry, module),
         free_("FreeMibTable", Free, module) {

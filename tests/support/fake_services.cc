@@ -155,7 +155,10 @@ FakeServices::FakeServices(CallScript& script)
   Patch("ControlService", FakeServicesHook::Control);
   Patch("CreateServiceW", FakeServicesHook::Create);
   Patch("DeleteService", FakeServicesHook::Delete);
-  Patch("ChangeServiceConfigW", FakeServicesHook::Change);
+  // No export needs it yet: it is not in the shipped library's table.
+  if (FindImport(PatchedModule(), "ChangeServiceConfigW") != nullptr) {
+    Patch("ChangeServiceConfigW", FakeServicesHook::Change);
+  }
 }
 
 FakeServices::~FakeServices() {

@@ -43,7 +43,7 @@ struct FakeWmiHook {
     if (GetCurrentThreadId() == wmi.thread_) {
       (void)wmi.Enter("CoUninitialize", "");
       // What a hanging task holds is given back later, in its own apartment.
-      if (CountTasks().abandoned == 0 && wmi.References() != 0) wmi.Complain("object held beyond the apartment");
+      if (wmi.count_tasks().abandoned == 0 && wmi.References() != 0) wmi.Complain("object held beyond the apartment");
     }
     const std::lock_guard lock(wmi.mutex_);
     if (--wmi.apartments_[GetCurrentThreadId()] < 0) wmi.faults_.push_back("left an apartment never entered");
@@ -94,9 +94,9 @@ struct FakeWmiHook {
   }
 };
 
-FakeWmi::FakeWmi() : go_on_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+FakeWmi::FakeWmi() : count_tasks(CountTasks), go_on_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
   // A task of an earlier call on the system's own WMI may still have to leave its apartment, which would be counted here.
-  EXPECT_TRUE(WaitUntil([] { return CountTasks().live == 0; })) << "task of an earlier call still lives";
+  EXPECT_TRUE(WaitUntil([this] { return count_tasks().live == 0; })) << "task of an earlier call still lives";
   g_wmi = this;
   rows[L"Select * from VexaObxWmi_WMNB"] = {{{L"__PATH", Text(L"VexaObxWmi_WMNB.InstanceName=\"100%s\"")}}};
   rows[L"Select * from ATD_STS"] = {{{L"__PATH", Text(L"ATD_STS.InstanceName=\"EC0\"")}}};
@@ -150,7 +150,11 @@ std::optional<HRESULT> FakeWmi::Enter(const std::string& function, const std::st
     if (needs_com && apartments_[GetCurrentThreadId()] == 0) faults_.push_back(function + " on a thread without COM");
     if (script.Fails(function, text)) failure = static_cast<HRESULT>(GetLastError());
     hangs = blocked_.contains(function);
-    if (hangs) ++hanging_;
+    if (fault && !failure) failure = fault(function, &hangs);
+    if (hangs) {
+      ResetEvent(go_on_);
+      ++hanging_;
+    }
   }
   if (hangs) WaitForSingleObjectEx(go_on_, INFINITE, FALSE);
   return failure;
@@ -169,7 +173,7 @@ void FakeWmi::Unblock() {
     given_up_ = nullptr;
     SetEvent(go_on_);
   }
-  EXPECT_TRUE(WaitUntil([] { return CountTasks().live == 0; })) << "task not counted down";
+  EXPECT_TRUE(WaitUntil([this] { return count_tasks().live == 0; })) << "task not counted down";
 }
 
 bool FakeWmi::AnyApartment() {

@@ -17,6 +17,7 @@
 #include "tests/support/call_script.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/wmi_value.h"
+#include "wmi/bounded_task.h"
 
 namespace vexa::test {
 
@@ -36,6 +37,15 @@ class FakeWmi {
   using Parameters = std::map<std::wstring, std::wstring>;
   std::function<WmiProperties(const std::wstring& method, const Parameters& in)> firmware;
   std::set<std::wstring> methods_without_parameters{L"ec_get_version"};
+
+  // Rows of the queries that `rows` does not name.
+  std::vector<WmiProperties> other_rows;
+  // What a property answers that its object does not have; by default it is not found.
+  std::function<std::optional<WmiValue>(const std::wstring& name)> other_property;
+  // Asked before the script: a failure, or that the call hangs.
+  std::function<std::optional<HRESULT>(const std::string& function, bool* hangs)> fault;
+  // The library's tasks that have not ended.
+  std::function<TaskCounts()> count_tasks;
 
   // A failing function answers the error as its HRESULT and hands out nothing, also when the HRESULT is a success.
   // Functions, in the order in which a method is called: CoInitializeEx, CoCreateInstance, ConnectServer,

@@ -19,9 +19,13 @@ std::string BstrText(const BSTR text) {
 HRESULT FakeClassObject::Get(LPCWSTR name, LONG flags, VARIANT* value, CIMTYPE* type, LONG* flavor) {
   const std::string text = Narrow(name) + " " + std::to_string(flags) + (type || flavor ? " type" : "");
   if (const std::optional<HRESULT> failure = Enter("Get", text)) return *failure;
-  const auto property = properties.find(name);
-  if (property == properties.end()) return WBEM_E_NOT_FOUND;
-  Store(property->second, value);
+  if (const auto property = properties.find(name); property != properties.end()) {
+    Store(property->second, value);
+    return S_OK;
+  }
+  const std::optional<WmiValue> other = wmi.other_property ? wmi.other_property(name) : std::nullopt;
+  if (!other) return WBEM_E_NOT_FOUND;
+  Store(*other, value);
   return S_OK;
 }
 
@@ -75,7 +79,7 @@ HRESULT FakeWmiServices::ExecQuery(const BSTR language, const BSTR query, LONG f
                            ContextText(context, nullptr);
   if (const std::optional<HRESULT> failure = Enter("ExecQuery", text)) return *failure;
   const auto answer = wmi.rows.find(query);
-  *rows = wmi.Make<FakeEnumerator>(answer == wmi.rows.end() ? std::vector<WmiProperties>() : answer->second);
+  *rows = wmi.Make<FakeEnumerator>(answer == wmi.rows.end() ? wmi.other_rows : answer->second);
   return S_OK;
 }
 

@@ -26,13 +26,13 @@ class GuardedBuffer {
 
   char* data() const { return pages_ + kPage + inside_ - size_; }
   bool IsTerminated() const { return std::find(data(), data() + size_, '\0') != data() + size_; }
-  bool IsUntouchedBefore() const {
-    return std::all_of(pages_ + kPage, data(), [](char byte) { return byte == kFill; });
-  }
+  bool IsUntouchedBefore() const { return std::all_of(pages_ + kPage, data(), IsFill); }
+  bool IsUntouched() const { return std::all_of(data(), data() + size_, IsFill); }
 
  private:
   static constexpr size_t kPage = 4096;
   static constexpr char kFill = 0x5A;
+  static bool IsFill(char byte) { return byte == kFill; }
   size_t size_;
   size_t inside_;  // whole pages
   char* pages_;

@@ -6,6 +6,8 @@
 namespace vexa::test {
 namespace {
 
+HMODULE g_patched_module = nullptr;
+
 void WriteEntry(void** entry, void* value) {
   DWORD protection = 0;
   VirtualProtect(entry, sizeof *entry, PAGE_READWRITE, &protection);
@@ -14,6 +16,9 @@ void WriteEntry(void** entry, void* value) {
 }
 
 }  // namespace
+
+HMODULE PatchedModule() { return g_patched_module != nullptr ? g_patched_module : GetModuleHandleW(nullptr); }
+void SetPatchedModule(HMODULE module) { g_patched_module = module; }
 
 void** FindImport(HMODULE module, const std::string& function) {
   auto* base = reinterpret_cast<BYTE*>(module);

@@ -8,12 +8,16 @@
 
 namespace vexa::test {
 
-// While it lives, calls that `module` (the program itself by default) makes to `function` go to `replacement`.
+// The module whose calls are replaced unless another one is named: the program itself, or what was set last.
+HMODULE PatchedModule();
+void SetPatchedModule(HMODULE module);
+
+// While it lives, calls that `module` makes to `function` go to `replacement`.
 // Patches of one function nest: the one that ends restores what it found.
 class ImportPatch {
  public:
   template <typename Function>
-  ImportPatch(const char* function, Function* replacement, HMODULE module = GetModuleHandleW(nullptr))
+  ImportPatch(const char* function, Function* replacement, HMODULE module = PatchedModule())
       : ImportPatch(module, function, reinterpret_cast<void*>(replacement)) {}
   ~ImportPatch();
 

@@ -1,0 +1,39 @@
+"""tests/sweep/exports.inc: a row per export, with typical arguments and what the catalogue allows it to answer."""
+
+import json
+
+from catalogue import role
+
+# Typical arguments by name; of the others it is 1.
+TYPICAL = {"duty": "50", "level": "80", "offset": "0x50", "table": "0xBB", "holds_mutex": "0", "x": "41", "length": "10"}
+
+
+def argument(a):
+    kind = role(a)
+    if kind == "value":
+        return TYPICAL.get(a["name"], "1")
+    if kind == "buffer":
+        return f"a.{'Wide' if a['type'] == 'wchar_t*' else 'Narrow'}({a['capacity']})"
+    if kind == "slots":
+        return f"a.Slots({a['slots']})"
+    return {"record": "a.Record()", "allocated": "a.Allocated()", "text": f"a.Text(\"{a['name']}\")",
+            "utf16": "L\"Sweep\""}[kind]
+
+
+def listed(items):
+    return "{" + ", ".join(items) + "}"
+
+
+def row(export):
+    arguments = ", ".join(argument(a) for a in export.arguments)
+    numbers = [f"{{{r['value'] & 0xFFFFFFFF:#x}u, \"{r.get('route', '')}\"}}" for r in export.reserved_numbers]
+    texts = [json.dumps(r["text"]) for r in export.reserved_texts]
+    facts = [f"\"{fact}\"" for fact in (export.family, export.result["kind"])]
+    failing = [f"{{\"{f['as']}\", {f.get('value', 0)}u, \"{f.get('text', '')}\", \"{f.get('route', '')}\"}}"
+               for f in export.failing]
+    facts += [listed(f"\"{route}\"" for route in export.routes.values()), listed(numbers), listed(texts), listed(failing)]
+    return f"VEXA_EXPORT({export.name}, ({arguments}),\n            {', '.join(facts)})"
+
+
+def rows(exports):
+    return "\n".join(["// Made from interface/exports.json by interface/generate.py."] + [row(e) for e in exports.values()]) + "\n"
