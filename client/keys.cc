@@ -72,23 +72,4 @@ std::string KeysJson() {
   return Dump(document);
 }
 
-std::string KeysMarkdown() {
-  std::string page =
-      "# Readings\n\n"
-      "Every reading of `vexahealth`: its key in `get` and in the machine-readable formats, the unit of its value "
-      "there,\n"
-      "the library's export that it comes from, and its Prometheus metric (in base units). This page is made by\n"
-      "`vexahealth keys`; a test compares them.\n";
-  std::string_view title;
-  for (const Row* row : AllRows()) {
-    if (SectionTitle(row->section) != title) {
-      title = SectionTitle(row->section);
-      page += "\n## " + std::string(title) + "\n\n| key | unit | label | export | metric |\n|---|---|---|---|---|\n";
-    }
-    page += "| `" + std::string(row->key) + "` | " + std::string(UnitOf(row->kind).value_or("")) + " | " +
-            std::string(row->label) + " | `" + row->export_name + "` | `" + MetricText(*row) + "` |\n";
-  }
-  return page;
-}
-
 }  // namespace vexahealth

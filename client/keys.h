@@ -1,4 +1,4 @@
-// The list of all readings, for people, programs and the reference page.
+// The list of all readings, for people and for programs.
 #ifndef CLIENT_KEYS_H_
 #define CLIENT_KEYS_H_
 
@@ -9,11 +9,9 @@ namespace vexahealth {
 // One line per reading: key, unit, label, export, metric.
 [[nodiscard]] std::string KeysTable();
 
-// {"schema_version", "tool", "keys": [{"key", "label", "section", "unit", "source", "metric", "commands"}]}.
+// {"schema_version", "tool", "keys": [{"key", "label", "section", "unit", "source", "metric", "detail",
+// "commands"}]}.
 [[nodiscard]] std::string KeysJson();
-
-// The reference page docs/client-keys.md.
-[[nodiscard]] std::string KeysMarkdown();
 
 }  // namespace vexahealth
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "client/exit_codes.h"
+#include "client/formats.h"
 #include "client/text.h"
 
 namespace vexahealth {
@@ -95,13 +96,15 @@ std::string_view HelpFor(const Row& row, const Metric& metric) {
 void AddReading(Exposition& exposition, const Reading& reading) {
   const Row& row = *reading.row;
   const std::string key(row.key);
-  if (const auto* text = std::get_if<std::string>(&reading.value)) {
+  if (reading.status != Status::kOk) return;
+  if (IsText(row.kind)) {  // or the number that stands in for a text
     if (TellsTheTime(row)) return;
+    const auto* text = std::get_if<std::string>(&reading.value);
+    const std::string value = text != nullptr ? Label(*text) : BareValue(reading);
     exposition.Add("vexahealth_text_info", "A reading that is a text; always 1",
-                   "key=\"" + key + "\",value=\"" + Label(*text) + "\"", "1");
+                   "key=\"" + key + "\",value=\"" + value + "\"", "1");
     return;
   }
-  if (reading.status != Status::kOk) return;
   const Metric metric = MetricOf(row);
   const auto* flag = std::get_if<bool>(&reading.value);
   const std::string value =

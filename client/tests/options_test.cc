@@ -55,6 +55,71 @@ TEST(ParseOptions, HelpAndVersionKeepJson) {
   EXPECT_TRUE(options.json());
 }
 
+TEST(ParseOptions, EveryCommandOfReadings) {
+  for (const Command& command : Commands()) {
+    const Options options = ParseOptions({std::string(command.name)});
+    EXPECT_EQ(options.action, Action::kReadings) << command.name;
+    EXPECT_EQ(options.command, &command);
+  }
+  EXPECT_EQ(ParseOptions({"keys"}).action, Action::kKeys);
+}
+
+TEST(ParseOptions, OneReadingByItsKey) {
+  const Options options = ParseOptions({"get", "adapter.pdo.5.max_voltage", "--json"});
+  EXPECT_EQ(options.action, Action::kGet);
+  EXPECT_EQ(options.key, "adapter.pdo.5.max_voltage");
+  for (const char* key : {"", "battery", "battery.rsoc.x", "Battery.Rsoc"}) {
+    EXPECT_EQ(ParseOptions({"get", key}).action, Action::kUsageError) << key;
+  }
+  EXPECT_EQ(ParseOptions({"get"}).action, Action::kUsageError);
+}
+
+TEST(ParseOptions, Formats) {
+  EXPECT_EQ(ParseOptions({"battery", "--format", "csv"}).format, Format::kCsv);
+  EXPECT_EQ(ParseOptions({"--format=prometheus", "all"}).format, Format::kPrometheus);
+  EXPECT_TRUE(ParseOptions({"--json", "--format", "json"}).json());
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--format", "xml"},
+                                                    {"--json", "--format", "csv"},
+                                                    {"keys", "--format", "csv"},
+                                                    {"settings", "set", "quiet-fan", "on", "--format", "ndjson"},
+                                                    {"--format"}}) {
+    EXPECT_EQ(ParseOptions(arguments).action, Action::kUsageError) << arguments.back();
+  }
+  // A wrong command line answers in the format that it asks for.
+  EXPECT_EQ(ParseOptions({"--format", "ndjson", "--bogus"}).format, Format::kNdjson);
+}
+
+TEST(ParseOptions, WatchTakesItsIntervalOrNone) {
+  for (const auto& [arguments, interval_ms] : {std::pair{std::vector<std::string>{"battery", "--watch"}, 2000u},
+                                               {{"battery", "--watch", "5"}, 5000u},
+                                               {{"--watch", "0.2", "battery"}, 200u},
+                                               {{"--watch", "1.25"}, 1250u},
+                                               {{"battery", "--watch=86400"}, 86400000u},
+                                               {{"--watch", "battery"}, 2000u}}) {
+    const Options options = ParseOptions(arguments);
+    EXPECT_EQ(options.action, Action::kReadings) << options.text;
+    ASSERT_TRUE(options.watch) << arguments.back();
+    EXPECT_EQ(options.watch->interval_ms, interval_ms) << arguments.back();
+    EXPECT_FALSE(options.watch->count);
+  }
+  EXPECT_EQ(ParseOptions({"--watch", "--count", "3"}).watch->count, 3u);
+  EXPECT_FALSE(ParseOptions({"battery"}).watch);
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--watch", "0.1"},
+                                                    {"--watch", "86400.001"},
+                                                    {"--watch=1e3"},
+                                                    {"--watch", "1.2345"},
+                                                    {"--watch", "."},
+                                                    {"--watch", "99999999999"},
+                                                    {"--count", "3"},
+                                                    {"--watch", "--count", "0"},
+                                                    {"--watch", "--count", "x"},
+                                                    {"keys", "--watch"},
+                                                    {"--watch", "--format", "prometheus"},
+                                                    {"settings", "set", "quiet-fan", "on", "--watch"}}) {
+    EXPECT_EQ(ParseOptions(arguments).action, Action::kUsageError) << arguments.back();
+  }
+}
+
 TEST(ParseOptions, SettingsAreShown) {
   const Options options = ParseOptions({"settings", "--json"});
   EXPECT_EQ(options.action, Action::kReadings);
