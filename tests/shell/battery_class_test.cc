@@ -34,6 +34,8 @@ struct BatteryDevice {
   std::wstring name = L"CELLCO";
   DWORD failing = 0;  // control code
   int failing_level = -1;
+  size_t longest = 256;   // bytes of an answer that come
+  DWORD told_length = 0;  // the length that is told; 0: the true one
   std::vector<std::string> asked;
   int open_devices = 0, open_sets = 0;
 } g_battery;
@@ -83,8 +85,9 @@ BOOL WINAPI Control(HANDLE, DWORD code, LPVOID in, DWORD, LPVOID out, DWORD out_
   const auto answer = [&](const void* data, size_t size) {
     EXPECT_LE(size, out_size);
     if (code == g_battery.failing && (g_battery.failing_level < 0 || level == g_battery.failing_level)) return FALSE;
+    size = std::min(size, g_battery.longest);
     std::memcpy(out, data, size);
-    *returned = static_cast<DWORD>(size);
+    *returned = g_battery.told_length != 0 ? g_battery.told_length : static_cast<DWORD>(size);
     return TRUE;
   };
   if (code == 0x294040) {
@@ -176,6 +179,20 @@ TEST_F(BatteryClass, EachStepFailing) {
   EXPECT_EQ(ReadBatterySnapshot().manufacturer, L"CELLCO");
   g_battery = {.failing = 0x294044, .failing_level = 6};
   EXPECT_EQ(ReadBatterySnapshot().manufacturer, L"");
+}
+
+TEST_F(BatteryClass, AnswersOfEveryLength) {
+  for (size_t length = 0; length <= 17; ++length) {
+    g_battery.longest = length;
+    const BatterySnapshot snapshot = ReadBatterySnapshot();
+    EXPECT_EQ(snapshot.tag, length == 0 ? 0u : 7u) << length;
+    EXPECT_EQ(snapshot.designed_capacity, length < 13 ? 0u : length == 13 ? 0x50u : 50000u) << length;
+    EXPECT_EQ(snapshot.full_charged_capacity, length < 17 ? 0u : 0x40u) << length;
+    EXPECT_EQ(snapshot.manufacturer, std::wstring(L"CELLCO").substr(0, (length + 1) / 2)) << length;
+  }
+  g_battery.longest = 256;
+  g_battery.told_length = 0xFFFFFFFF;
+  EXPECT_EQ(ReadBatterySnapshot().manufacturer, L"CELLCO");
 }
 
 }  // namespace
