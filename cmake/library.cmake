@@ -31,6 +31,7 @@ add_library(vexa_objects OBJECT
   frame/mutex_guard.cc
   frame/present_device.cc
   frame/registry.cc
+  frame/stack_guard.c
   frame/trace.cc
   frame/trace_exports.cc
   inventory/disk_usage.cc
@@ -71,7 +72,7 @@ add_library(vexa_objects OBJECT
 )
 target_include_directories(vexa_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
 target_include_directories(vexa_objects SYSTEM PRIVATE "${VEXA_HEADERS}")
-target_link_libraries(vexa_objects PRIVATE vexa_warnings)
+target_link_libraries(vexa_objects PRIVATE vexa_warnings vexa_stack_protector)
 
 set(VEXA_COMPANION_PACKAGE_FAMILY "VexaSystems.VexaCompanion_v3x4p8k2m9q7t" CACHE STRING
   "Package family of the companion app, whose version GetUWPVersion tells")

@@ -9,6 +9,11 @@ set_property(GLOBAL PROPERTY RULE_LAUNCH_LINK "\"${CMAKE_COMMAND}\" -E env \"_LI
 add_compile_options(-ffunction-sections -fdata-sections)
 add_link_options(-Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat)
 
+# What the shipped programs are compiled with; frame/stack_guard.c belongs to it. The compiler driver's own cache does not
+# tell -fstack-protector-strong from its absence, so a definition goes with it.
+add_library(vexa_stack_protector INTERFACE)
+target_compile_options(vexa_stack_protector INTERFACE -fstack-protector-strong -DVEXA_STACK_PROTECTOR)
+
 # vexa_version_resource(TARGET FILETYPE DESCRIPTION FILE): gives the target a version resource.
 function(vexa_version_resource target filetype description file)
   string(REPLACE "." "," VERSION_COMMAS "${VEXA_VERSION}")

@@ -26,6 +26,10 @@ MACHINES = {"x64": 0x8664, "arm64": 0xAA64}
 BANNED_DLLS = re.compile(r"(libc\+\+|libstdc\+\+|libunwind|libgcc|msvcp|vcruntime).*"
                          r"|(wlanapi|bluetoothapis|wldp)\.dll", re.IGNORECASE)
 BANNED_FUNCTIONS = {"IsWow64Process2", "GetPackagesByPackageFamily"}
+WRITABLE, EXECUTABLE = 0x80000000, 0x20000000
+SYSTEM_FOLDER_ONLY = 0x800  # for imported libraries
+DEFAULT_COOKIE = 0x00002B992DDFA232  # what loaders replace
+LEAST_STACK_CHECKS = 200
 PROVIDER = uuid.UUID("f952fc4a-5222-4dbb-9302-c9b9dd9d7c9c")
 
 counts = {True: 0, False: 0}
@@ -86,6 +90,34 @@ def check_trace(name, image):
          "fields": [("wstr", 1)]} for level in (1, 2, 3, 4, 5)])
 
 
+def check_protection(name, pe):
+    """Of the library and of the client."""
+    flags = (("dynamic-base", DYNAMIC_BASE), ("high-entropy-va", HIGH_ENTROPY_VA), ("nx-compat", NX_COMPAT))
+    for flag, bit in flags:
+        check(f"{name}/{flag}", pe.dll_characteristics & bit, hex(pe.dll_characteristics))
+    both = [section for section, flags in pe.section_flags if flags & WRITABLE and flags & EXECUTABLE]
+    same(f"{name}/no-section-writable-and-executable", both, [])
+    config = pe.load_config()
+    check(f"{name}/load-configuration", config, "none, or too short")
+    if config:
+        same(f"{name}/imports-from-the-system-folder-only", config["load_flags"], SYSTEM_FOLDER_ONLY)
+        same(f"{name}/canary-is-the-loaders-to-seed", hex(config["value"]), hex(DEFAULT_COOKIE))
+        section = next(flags for (_, flags), (size, address, _, _) in zip(pe.section_flags, pe.sections)
+                       if address <= config["cookie"] < address + size)
+        check(f"{name}/canary-is-writable", section & WRITABLE, hex(section))
+    checks = pe.stack_checks()
+    check(f"{name}/functions-look-at-the-canary", checks >= LEAST_STACK_CHECKS, f"only {checks} do")
+
+
+def check_client(machine, path):
+    if not path.is_file():
+        check(f"{machine}-client/is-there", False, f"no file {path}")
+        return
+    pe = PeFile(path.read_bytes())
+    same(f"{machine}-client/machine", hex(pe.machine), hex(MACHINES[machine]))
+    check_protection(f"{machine}-client", pe)
+
+
 def check_dll(machine, path, exports, full_list, version):
     name = machine
     if not path.is_file():
@@ -94,9 +126,7 @@ def check_dll(machine, path, exports, full_list, version):
     pe = PeFile(path.read_bytes())
     same(f"{name}/machine", hex(pe.machine), hex(MACHINES[machine]))
     check(f"{name}/size", len(pe.data) <= LARGEST, f"{len(pe.data)} bytes, more than {LARGEST}")
-    flags = (("dynamic-base", DYNAMIC_BASE), ("high-entropy-va", HIGH_ENTROPY_VA), ("nx-compat", NX_COMPAT))
-    for flag, bit in flags:
-        check(f"{name}/{flag}", pe.dll_characteristics & bit, hex(pe.dll_characteristics))
+    check_protection(name, pe)
 
     found, unnamed = pe.exports()
     same(f"{name}/exports-the-whole-list", set(found), set(full_list))
@@ -144,6 +174,7 @@ def main():
         path = getattr(arguments, machine) or root / "build" / machine / "VexaWinIO64.dll"
         try:
             check_dll(machine, path, exports, full_list, version)
+            check_client(machine, path.with_name("vexahealth.exe"))
         except (ValueError, struct.error, IndexError) as error:
             check(f"{machine}/is-a-pe-file", False, error)
     print(f"{counts[True]} passed, {counts[False]} failed")

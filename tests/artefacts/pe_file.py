@@ -3,7 +3,7 @@
 import struct
 import uuid
 
-EXPORT, IMPORT, RESOURCE, DEBUG = 0, 1, 2, 6  # data directories
+EXPORT, IMPORT, RESOURCE, DEBUG, LOAD_CONFIG = 0, 1, 2, 6, 10  # data directories
 DELAY_IMPORT = 13
 RT_VERSION = 16
 CODEVIEW = 2  # type of a debug entry
@@ -27,8 +27,12 @@ class PeFile:
         self.directories = [struct.unpack_from("<II", data, optional + 112 + 8 * i)
                             for i in range(directories)]
         first = optional + optional_size
+        self.image_base, = struct.unpack_from("<Q", data, optional + 24)
         # Virtual size, virtual address, raw size, raw offset.
         self.sections = [struct.unpack_from("<IIII", data, first + 40 * i + 8) for i in range(sections)]
+        # Name and characteristics of each.
+        self.section_flags = [(data[first + 40 * i:first + 40 * i + 8].rstrip(b"\0").decode(),
+                               struct.unpack_from("<I", data, first + 40 * i + 36)[0]) for i in range(sections)]
 
     def offset(self, rva):
         for _, address, raw_size, raw_offset in self.sections:
@@ -106,6 +110,34 @@ class PeFile:
         high, low = struct.unpack_from("<II", block, fixed + 8)
         file_type, = struct.unpack_from("<I", block, fixed + 36)
         return {"file_version": (high >> 16, high & 0xFFFF, low >> 16, low & 0xFFFF), "file_type": file_type}
+
+    def load_config(self):
+        """Flags for imported libraries, and address and first value of the security cookie; None without them."""
+        rva, _ = self.directory(LOAD_CONFIG)
+        if rva == 0 or struct.unpack_from("<I", self.data, self.offset(rva))[0] < 0x60:
+            return None
+        flags, = struct.unpack_from("<H", self.data, self.offset(rva) + 0x4E)
+        cookie, = struct.unpack_from("<Q", self.data, self.offset(rva) + 0x58)
+        cookie -= self.image_base
+        value, = struct.unpack_from("<Q", self.data, self.offset(cookie))
+        return {"load_flags": flags, "cookie": cookie, "value": value}
+
+    def stack_checks(self):
+        """How many places call the function that ends the process with fast-fail code 2."""
+        _, base, size, raw = self.sections[0]
+        code = self.data[raw:raw + size]
+        if self.machine == 0xAA64:
+            words = struct.unpack(f"<{size // 4}I", code)
+            ends = {4 * i for i in range(len(words) - 1) if words[i:i + 2] == (0x52800040, 0xD43E0060)}
+            calls = (4 * i + ((word & 0x3FFFFFF ^ 0x2000000) - 0x2000000) * 4 for i, word in enumerate(words)
+                     if word >> 26 == 0x25)
+        else:
+            ends, at = set(), -1
+            while (at := code.find(bytes.fromhex("B902000000CD29"), at + 1)) >= 0:
+                ends.add(at)
+            calls = (i + 5 + struct.unpack_from("<i", code, i + 1)[0] for i in range(size - 4) if code[i] == 0xE8)
+        starts = {end - back for end in ends for back in range(17)}
+        return sum(call in starts for call in calls)
 
     def codeview(self):
         """GUID and file name of the PDB; None without them."""

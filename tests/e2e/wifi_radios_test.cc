@@ -1,4 +1,5 @@
-// The shipped library on the simulated Wi-Fi: the whole picture, each call failing, and lists of access points that lie.
+// The shipped library on the simulated Wi-Fi: the whole picture, each call failing, and lists of access points that
+// lie.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -34,9 +35,9 @@ std::string Office(const std::string& lies = "", const std::string& elements_lie
     "guid": "{5B7D2F1E-3C4A-4E6B-9D80-1A2B3C4D5E6F}", "name": {"utf16": "0057 D800 DC00 DC00"}, "state": "connected",
     "connection": {"ssid": {"hex": "00 FF 25 73"}, "bssid": "06:1B:7C:40:2A:91", "phy": 10}, "channel": 36)" +
          lies + R"(, "networks": [)" +
-         point("06:1B:7C:40:2A:91", -52, 5'180'000, R"(, "elements": )" + std::string(kElements) + elements_lies) + "," +
-         point("06:1B:7C:40:2A:90", -47, 2'412'000, "") + "," + point("06:1B:7C:40:3B:10", -20, 2'422'000, "") + "," +
-         point("06:1B:7C:40:2A:92", -99, 6'455'000, "") + "," +
+         point("06:1B:7C:40:2A:91", -52, 5'180'000, R"(, "elements": )" + std::string(kElements) + elements_lies) +
+         "," + point("06:1B:7C:40:2A:90", -47, 2'412'000, "") + "," + point("06:1B:7C:40:3B:10", -20, 2'422'000, "") +
+         "," + point("06:1B:7C:40:2A:92", -99, 6'455'000, "") + "," +
          R"({"ssid": "cafe", "bssid": "0A:54:11:9E:00:01", "rssi_dbm": -77, "frequency_khz": 2437000,
              "security": false}]}]})";
 }
