@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """A fleet of 20 notebooks that differ, as scenarios, and what the queries of docs/fleet.md must say of them.
 
-usage: notebooks.py FOLDER     writes FOLDER/NAME.json; prints "NAME ROUTE" for each
+usage: notebooks.py FOLDER     writes FOLDER/NAME.json; prints "NAME ROUTE DRIVER_VERSION" for each
+
+The driver's version tells the notebooks apart: the driver keeps a scenario as long as a handle of the one before is open.
 """
 
-import copy
 import json
 import pathlib
 import sys
@@ -16,7 +17,7 @@ NO_ANSWER = 5
 WORN = {"nb02", "nb03", "nb05", "nb07", "nb09", "nb17", "nb20"}
 SILENT = {"nb11", "nb19"}
 FAN_STOPPED = {("nb14", "2"), ("nb20", "1")}
-DOWN = set()
+DOWN = {"nb11"}
 
 
 def number(value):
@@ -99,9 +100,12 @@ def fleet():
 
 def main():
     folder = pathlib.Path(sys.argv[1])
-    for name, scenario in fleet().items():
-        (folder / f"{name}.json").write_text(json.dumps(copy.deepcopy(scenario)))
-        print(name, "x64" if "driver" in scenario else "ARM64")
+    for version, (name, scenario) in enumerate(fleet().items(), 0x10001):
+        route = "x64" if "driver" in scenario else "ARM64"
+        if route == "x64":
+            scenario["driver"]["version"] = version
+        (folder / f"{name}.json").write_text(json.dumps(scenario))
+        print(name, route, version)
 
 
 if __name__ == "__main__":

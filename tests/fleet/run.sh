@@ -17,13 +17,24 @@ textfile=$WINEPREFIX/drive_c/textfile
 rm -rf "$textfile"
 mkdir -p "$work/scenarios" "$work/metrics" "$textfile"
 
-while read -r name route; do
-  [ "$route" = x64 ] || rm -f "$WINEPREFIX/drive_c/vexa-notebook/scenario.bin"
-  if [ "$route" = x64 ]; then install_scenario "$work/scenarios/$name.json"; else MACHINE=arm64 install_scenario "$work/scenarios/$name.json"; fi
-  printf '@reg add HKLM\\SOFTWARE\\Vexa\\Config /v Arch /d %s /f > NUL\r\n@call C:\\Vexa\\collect.cmd C:\\textfile\r\n' "$route" >"$folder/look.bat"
-  timeout --kill-after=10 60 "$WINE" cmd /c 'C:\Vexa\look.bat' </dev/null >"$work/log" 2>&1 || true
+look() {
+  timeout --kill-after=10 100 "$WINE" cmd /c 'C:\Vexa\look.bat' </dev/null >"$work/log" 2>&1 || true
   [ ! -f "$textfile/vexahealth.new" ] || die "$name: an unfinished file is left"
   mv "$textfile/vexahealth.prom" "$work/metrics/$name.prom" || die "$name: no readings were written"
+}
+
+while read -r name route version; do
+  case $route in
+    x64) install_scenario "$work/scenarios/$name.json" ;;
+    *) MACHINE=arm64 install_scenario "$work/scenarios/$name.json" ;;
+  esac
+  printf '@reg add HKLM\\SOFTWARE\\Vexa\\Config /v Arch /d %s /f > NUL\r\n@call C:\\Vexa\\collect.cmd C:\\textfile\r\n' "$route" >"$folder/look.bat"
+  look
+  for _ in 1 2 3 4 5; do
+    [ "$route" = x64 ] && ! grep -q -x "vexahealth_driver_version $version" "$work/metrics/$name.prom" || break
+    sleep 1
+    look
+  done
 done < <(python3 "$ROOT/tests/fleet/notebooks.py" "$work/scenarios")
 rm -f "$folder"/look.bat "$folder"/collect.cmd
 timeout 60 "$WINE" reg delete 'HKLM\SOFTWARE\Vexa\Config' /v Arch /f </dev/null >/dev/null 2>&1 || true
