@@ -1,0 +1,81 @@
+#!/usr/bin/env bash
+# What vexahealth does beside showing readings once: watching, and completion in a real shell.
+
+source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
+source "$ROOT/tools/notebook.sh"
+
+use_machine x64
+start_prefix
+install_product "$ROOT/build/x64/VexaWinIO64.dll" "$ROOT/build/x64/vexahealth.exe" \
+  "$ROOT/build/x64/notebook/driver/VexaSAIO.sys"
+install_firmware
+install_scenario "$ROOT/notebook/scenarios/healthy-x64.json"
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+passed=0
+failed=0
+
+check() {  # check NAME COMMAND...
+  local name=$1
+  shift
+  if "$@"; then
+    echo "ok $name"
+    passed=$((passed + 1))
+  else
+    echo "FAIL $name"
+    failed=$((failed + 1))
+    tail -n 5 "$work/out"
+  fi
+}
+
+# client EXPECTED_CODE ARGUMENTS...: output in out.
+client() {
+  local expected=$1 code=0
+  shift
+  timeout 60 "$WINE" "$WINEPREFIX/drive_c/Vexa/vexahealth.exe" "$@" </dev/null >"$work/out" 2>"$work/err" || code=$?
+  [ "$code" = "$expected" ] || { echo "exit code $code, not $expected"; return 1; }
+}
+
+lines() { [ "$(grep -c -E "$1" "$work/out")" = "$2" ]; }
+
+# Watching.
+check "three samples" client 0 thermal --watch 0.2 --count 3
+check "a row for each" lines '^time=[^ ]+ fan\.count=2 .*temperature\.cpu=52' 3
+check "and nothing else" lines '' 3
+check "no sample begins before the one before it ended, nor before its time" \
+  python3 - "$work/out" <<'PY'
+import datetime, sys
+times = [datetime.datetime.fromisoformat(line.split()[0].removeprefix("time=").rstrip("Z")) for line in open(sys.argv[1])]
+sys.exit(0 if all((b - a).total_seconds() > 0.17 for a, b in zip(times, times[1:])) else 1)
+PY
+check "one value again and again" client 0 get battery.rsoc --watch 0.2 --count 2
+check "it is bare" lines '^84$' 2
+check "samples as CSV" client 0 thermal --watch 0.2 --count 2 --format csv
+check "with one header" lines '^time,fan.count,' 1
+install_scenario "$ROOT/notebook/scenarios/silent-ec.json"
+check "a silent EC is watched too" client 1 thermal --watch 0.2 --count 2
+check "and says so" lines 'fan\.count=!no_answer' 2
+install_scenario "$ROOT/notebook/scenarios/healthy-x64.json"
+
+# Completion: the words that the shell offers after "vexahealth get battery.rs", and for the first word.
+script() { client 0 completion "$1" && cp "$work/out" "$work/completion.$1"; }
+offers() { tr ' ' '\n' <"$work/offered" | grep -q -x -- "$1"; }
+in_bash() {
+  bash --norc -c 'source "$1"; COMP_WORDS=(vexahealth "${@:2}"); COMP_CWORD=$(($# - 1)); _vexahealth
+    printf "%s\n" "${COMPREPLY[@]}"' bash "$work/completion.bash" "$@" >"$work/offered"
+}
+for shell in bash; do
+  check "$shell: script" script "$shell"
+  check "$shell: a key" "in_$shell" get battery.rs
+  check "$shell: offers it" offers battery.rsoc
+  check "$shell: the first word" "in_$shell" ""
+  check "$shell: offers a command" offers thermal
+  check "$shell: a setting's value" "in_$shell" settings set charge-limit ""
+  check "$shell: offers 80" offers 80
+done
+check "powershell: script" script powershell
+check "powershell: has every key" grep -q -F 'adapter.pdo.5.max_voltage' "$work/completion.powershell"
+
+echo "$passed passed, $failed failed"
+[ "$failed" = 0 ]
