@@ -1,11 +1,11 @@
 // What the library adds to the driver's exchanges and the registry's reads.
-#include "bench/driver_route.h"
-
 #include <windows.h>
 
+#include "bench/bare_calls.h"
+#include "bench/battery_table.h"
+#include "bench/comparisons.h"
 #include "bench/paired.h"
 #include "frame/ec_command.h"
-#include "frame/library_state.h"
 #include "vexa/battery.h"
 
 namespace vexa {
@@ -13,29 +13,6 @@ namespace {
 
 // Keeps results alive.
 volatile uint32_t g_sink;
-
-uint8_t BareExchange(uint8_t command, uint8_t count, uint8_t first, uint8_t second) {
-  EcCommandRecord record{};
-  record.command = command;
-  record.data_count = count;
-  record.data[0] = first;
-  record.data[1] = second;
-  record.read_flag = 1;
-  DWORD returned = 0;
-  DeviceIoControl(g_library.driver, 0x80102070, &record, sizeof record, &record, sizeof record, &returned, nullptr);
-  return record.result;
-}
-
-void BareRegistryRead() {
-  HKEY key = nullptr;
-  RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Vexa\\Config", 0, KEY_READ, &key);
-  wchar_t text[64];
-  DWORD type = 0;
-  DWORD size = sizeof text;
-  RegQueryValueExW(key, L"Arch", nullptr, &type, reinterpret_cast<BYTE*>(text), &size);
-  RegCloseKey(key);
-  g_sink = text[0];
-}
 
 void LibraryExchange() {
   constexpr uint8_t kData[] = {1, 0x30, 0};
@@ -46,8 +23,8 @@ void DeviceExchange() { g_sink = BareExchange(0xDD, 3, 1, 0x30); }
 
 void LibraryExport() { g_sink = BatteryHealthyTable_Rsoc(); }
 void BareExport() {
-  BareRegistryRead();
-  g_sink = BareExchange(0xBB, 1, 0x50, 0);
+  g_sink = BareRouteRead();
+  g_sink = BareExchange(0xBB, 1, 0x50);
   g_sink = BareExchange(0xDD, 3, 1, 0x31);
   g_sink = BareExchange(0xDD, 3, 1, 0x30);
 }
@@ -55,13 +32,13 @@ void BareExport() {
 }  // namespace
 
 bool CompareDriverRoute() {
-  // Both are measured, whatever the first gives.
+  // All are measured, whatever the first gives.
   const bool exchange = Compare({.name = "RwEcCmd / DeviceIoControl",
                                  .library = LibraryExchange,
                                  .bare = DeviceExchange,
                                  .limit = 1.02,
-                                 .pairs = 600,
-                                 .calls_per_block = 40,
+                                 .pairs = 4000,
+                                 .calls_per_block = 4,
                                  .may_allocate = false});
   const bool reading = Compare({.name = "Rsoc / registry read + exchanges",
                                 .library = LibraryExport,
@@ -70,7 +47,10 @@ bool CompareDriverRoute() {
                                 .pairs = 600,
                                 .calls_per_block = 40,
                                 .may_allocate = false});
-  return exchange && reading;
+  const bool table = CompareBatteryTableOnDriver();
+  return exchange && reading && table;
 }
+
+bool CompareFirmwareRoute() { return CompareBatteryTableOnFirmware(); }
 
 }  // namespace vexa

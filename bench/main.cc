@@ -4,29 +4,57 @@
 #include <cstdio>
 #include <string_view>
 
-#include "bench/driver_route.h"
-#include "bench/wifi_elements.h"
-#include "bench/wmi_query.h"
+#include "bench/comparisons.h"
+#include "tests/support/arch_value.h"
 #include "vexa/lifecycle.h"
 #include "wmi/com_apartment.h"
 
-int main(int argc, char** argv) {
-  const auto wanted = [&](std::string_view name) {
-    return argc < 2 || std::any_of(argv + 1, argv + argc, [name](std::string_view word) { return word == name; });
-  };
-  bool kept = true;
-  if (wanted("driver")) {
-    if (InitializeWinIo() != 1) {
-      std::fprintf(stderr, "the library is not ready\n");
-      return 1;
-    }
-    kept &= vexa::CompareDriverRoute();
-    ShutdownWinIo();
+namespace vexa {
+namespace {
+
+bool DriverRoute() {
+  if (InitializeWinIo() != 1) {
+    std::fprintf(stderr, "the library is not ready\n");
+    return false;
   }
-  if (wanted("wifi")) kept &= vexa::CompareWifiElements();
-  if (wanted("wmi")) {
-    const vexa::ComApartment apartment;
-    kept &= vexa::CompareWmiQuery();
+  const bool kept = CompareDriverRoute();
+  ShutdownWinIo();
+  return kept;
+}
+
+bool FirmwareRoute() {
+  const test::ArchValue route(L"ARM64");
+  return CompareFirmwareRoute();
+}
+
+bool WmiQuery() {
+  const ComApartment apartment;
+  return CompareWmiQuery();
+}
+
+struct Group {
+  std::string_view name;
+  bool (*compare)();
+  bool when_unnamed;
+};
+constexpr Group kGroups[] = {
+    {"driver", DriverRoute, true},    {"wifi", CompareWifiElements, true}, {"trace", CompareTraceLines, true},
+    {"wmi", WmiQuery, true},          {"load", CompareLoading, false},     {"client", CompareClientStart, false},
+    {"firmware", FirmwareRoute, false},
+};
+
+bool Wanted(const Group& group, int count, char** words) {
+  return count == 0 ? group.when_unnamed
+                    : std::any_of(words, words + count, [&](std::string_view word) { return word == group.name; });
+}
+
+}  // namespace
+}  // namespace vexa
+
+int main(int argc, char** argv) {
+  bool kept = true;
+  for (const vexa::Group& group : vexa::kGroups) {
+    if (vexa::Wanted(group, argc - 1, argv + 1)) kept &= group.compare();
   }
   return kept ? 0 : 1;
 }

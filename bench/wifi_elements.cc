@@ -1,10 +1,9 @@
 // What reading a beacon's greatest rate costs beside one plain pass over its elements.
-#include "bench/wifi_elements.h"
-
 #include <cstdint>
 #include <cstdio>
 #include <vector>
 
+#include "bench/comparisons.h"
 #include "bench/paired.h"
 #include "radio/max_rate.h"
 #include "tests/support/beacon.h"

@@ -85,6 +85,9 @@ set(VEXA_SYSTEM_LIBRARIES advapi32 iphlpapi ole32 oleaut32 setupapi shlwapi wbem
 add_library(VexaWinIO64 SHARED VexaWinIO64.def frame/no_demangler.cc)
 target_link_libraries(VexaWinIO64 PRIVATE vexa_objects ${VEXA_SYSTEM_LIBRARIES})
 set_target_properties(VexaWinIO64 PROPERTIES PREFIX "" IMPORT_PREFIX "" LINKER_LANGUAGE CXX)
+# Sections that begin with a page of the file can be mapped from it, where a loader would copy the others.
+set_target_properties(VexaWinIO64 PROPERTIES
+  RULE_LAUNCH_LINK "\"${CMAKE_COMMAND}\" -E env \"_LINK_=-opt:ref -opt:icf -filealign:4096\"")
 vexa_version_resource(VexaWinIO64 VFT_DLL "Notebook health library" VexaWinIO64.dll)
 vexa_stamp(VexaWinIO64)
 

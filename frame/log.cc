@@ -45,7 +45,6 @@ std::wstring Format(const wchar_t* format, va_list arguments) {
 
 template <typename Char>
 void WriteFormatted(TraceLevel level, const Char* format, va_list arguments) noexcept {
-  if (!TraceEnabled(level)) return;
   try {
     if constexpr (std::is_same_v<Char, char>) {
       WriteTrace(level, Widen(Format(format, arguments)).c_str());
@@ -77,28 +76,33 @@ std::string Narrow(std::wstring_view text) {
   return narrow;
 }
 
-void LogInfo(const char* format, ...) noexcept {
+// A line that nobody listens to pays for no canary: these four hold no buffer, what formats has its own.
+[[clang::no_stack_protector]] void LogInfo(const char* format, ...) noexcept {
+  if (!TraceEnabled(TraceLevel::kVerbose)) return;
   va_list arguments;
   va_start(arguments, format);
   WriteFormatted(TraceLevel::kVerbose, format, arguments);
   va_end(arguments);
 }
 
-void LogCritical(const char* format, ...) noexcept {
+[[clang::no_stack_protector]] void LogCritical(const char* format, ...) noexcept {
+  if (!TraceEnabled(TraceLevel::kCritical)) return;
   va_list arguments;
   va_start(arguments, format);
   WriteFormatted(TraceLevel::kCritical, format, arguments);
   va_end(arguments);
 }
 
-void LogInfo(const wchar_t* format, ...) noexcept {
+[[clang::no_stack_protector]] void LogInfo(const wchar_t* format, ...) noexcept {
+  if (!TraceEnabled(TraceLevel::kVerbose)) return;
   va_list arguments;
   va_start(arguments, format);
   WriteFormatted(TraceLevel::kVerbose, format, arguments);
   va_end(arguments);
 }
 
-void LogCritical(const wchar_t* format, ...) noexcept {
+[[clang::no_stack_protector]] void LogCritical(const wchar_t* format, ...) noexcept {
+  if (!TraceEnabled(TraceLevel::kCritical)) return;
   va_list arguments;
   va_start(arguments, format);
   WriteFormatted(TraceLevel::kCritical, format, arguments);

@@ -13,6 +13,8 @@
 namespace vexa {
 namespace {
 
+using trace_internal::g_enabled_below;
+
 constexpr GUID kProviderId = {0xf952fc4a, 0x5222, 0x4dbb, {0x93, 0x02, 0xc9, 0xb9, 0xdd, 0x9d, 0x7c, 0x9c}};
 // Not in every set of headers.
 constexpr ULONG kControlDisable = 0;        // EVENT_CONTROL_CODE_DISABLE_PROVIDER
@@ -21,26 +23,26 @@ constexpr ULONG kTypeEventMetadata = 1;     // EVENT_DATA_DESCRIPTOR_TYPE_EVENT_
 constexpr ULONG kTypeProviderMetadata = 2;  // EVENT_DATA_DESCRIPTOR_TYPE_PROVIDER_METADATA
 constexpr ULONG kProviderSetTraits = 2;     // EventProviderSetTraits of EVENT_INFO_CLASS
 
-constexpr USHORT kEveryLevel = 256;  // one above the highest level that a session can ask for
+constexpr uint16_t kEveryLevel = 256;  // one above the highest level that a session can ask for
+constexpr uint16_t kUnregistered = 257;
 
 // `used` keeps the constant whole in the file, so that decoders that scan it find it.
 [[gnu::used]] constinit const TraceMetadata kMetadata = MakeTraceMetadata();
 
-// Set by the enable callback, which may run on any thread at any time: one more than the enabled level, 0 when none.
-std::atomic<USHORT> g_enabled_below{0};
 std::atomic<REGHANDLE> g_handle{0};
 
+// May run on any thread at any time, also while the provider registers.
 void NTAPI OnEnable(LPCGUID, ULONG request, UCHAR level, ULONGLONG, ULONGLONG, PEVENT_FILTER_DESCRIPTOR,
                     PVOID) noexcept {
   if (request == kControlEnable) {
-    g_enabled_below = level == 0 ? kEveryLevel : static_cast<USHORT>(level + 1);
+    g_enabled_below = level == 0 ? kEveryLevel : static_cast<uint16_t>(level + 1);
   } else if (request == kControlDisable) {
     g_enabled_below = 0;
   }
 }
 
 bool EnabledNow(TraceLevel level) noexcept {
-  return static_cast<USHORT>(level) < g_enabled_below.load(std::memory_order_relaxed);
+  return static_cast<uint16_t>(level) < g_enabled_below.load(std::memory_order_relaxed);
 }
 
 void WriteEvent(TraceLevel level, const wchar_t* text) noexcept {
@@ -69,6 +71,9 @@ class Provider {
       EventSetInformation(handle, std::bit_cast<EVENT_INFO_CLASS>(kProviderSetTraits),
                           const_cast<TraceTraits*>(&kMetadata.provider.traits), sizeof kMetadata.provider.traits);
     }
+    // Unless a session has asked for a level meanwhile.
+    uint16_t unregistered = kUnregistered;
+    g_enabled_below.compare_exchange_strong(unregistered, 0);
     Mark(L"TraceLoggingRegister++++++");
   }
 
@@ -93,7 +98,9 @@ void RegisterOnce() noexcept { static const Provider provider; }
 
 }  // namespace
 
-bool TraceEnabled(TraceLevel level) noexcept {
+constinit std::atomic<uint16_t> trace_internal::g_enabled_below{kUnregistered};
+
+bool trace_internal::EnabledOnceRegistered(TraceLevel level) noexcept {
   RegisterOnce();
   return level >= TraceLevel::kCritical && level <= TraceLevel::kVerbose && EnabledNow(level);
 }

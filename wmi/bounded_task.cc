@@ -13,6 +13,9 @@ namespace {
 
 // A sleeping thread's wake-up can take as long as a whole local query.
 constexpr LONGLONG kSpinUs = 200;
+// A thread that has not begun by then waits for a processor, perhaps for this one.
+constexpr LONGLONG kBeginUs = 20;
+constexpr DWORD kNotBegun = ~DWORD{0};
 
 class Locked {
  public:
@@ -92,7 +95,7 @@ struct BoundedTask::Task {
   CONDITION_VARIABLE changed = CONDITION_VARIABLE_INIT;
   // Written under the lock; what was written before it may be read without.
   std::atomic<int> phase = kWithoutWork;
-  std::atomic<DWORD> processor = 0;  // that the work was begun on
+  std::atomic<DWORD> processor = kNotBegun;  // that the work was begun on
   bool abandoned = false;
   ULONGLONG second_began_ms = 0;
   // The caller's before and after the stages, the thread's during them.
@@ -166,17 +169,18 @@ bool BoundedTask::Task::SpinUntilEnded() const noexcept {
   LARGE_INTEGER frequency, begin, now;
   QueryPerformanceFrequency(&frequency);
   QueryPerformanceCounter(&begin);
-  do {
+  for (;;) {
     for (int i = 0; i < 100; ++i) {
       // Without the lock: a caller who met the thread at it would go to sleep after all.
       if (In(kEnded)) return true;
       YieldProcessor();
     }
-    // The processor that the work needs.
-    if (GetCurrentProcessorNumber() == processor.load(std::memory_order_relaxed)) return false;
+    const DWORD used = processor.load(std::memory_order_relaxed);
+    if (used == GetCurrentProcessorNumber()) return false;
     QueryPerformanceCounter(&now);
-  } while ((now.QuadPart - begin.QuadPart) * 1000000 < kSpinUs * frequency.QuadPart);
-  return false;
+    const LONGLONG spun_us = (now.QuadPart - begin.QuadPart) * 1000000 / frequency.QuadPart;
+    if (spun_us >= (used == kNotBegun ? kBeginUs : kSpinUs)) return false;
+  }
 }
 
 TaskOutcome BoundedTask::Task::AwaitEnd(ULONGLONG deadline) noexcept {
