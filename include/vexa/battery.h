@@ -20,7 +20,11 @@
  * Units are the gauge's own, by the Smart Battery Data standard (SBS 1.1): mV, mA, 0.1 K; capacities in mAh or 10 mWh as
  * bit 15 of the battery mode says.
  *
- * Threads: any export of this header may be called from any thread at any time.
+ * Threads: any export of this header may be called from any thread at any time, but for the four that read the gauge
+ * through the EC's SMBus pass-through on x64 machines: BatteryHealthyTable_SafetyStatus, _PFStatus, _DeviceName and
+ * _ManufactureNameBySMBus. The EC fetches one value for all programs on the machine and hands it out byte by byte; a
+ * second of these calls in between makes the first one go on with the other's bytes, and nothing shows it. Callers let no
+ * two of them overlap.
  */
 #ifndef VEXA_BATTERY_H_
 #define VEXA_BATTERY_H_

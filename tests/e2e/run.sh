@@ -4,6 +4,7 @@
 #
 # VEXA_X64_BUILD     folder of the x64 build       (build/x64)
 # VEXA_NATIVE_BUILD  folder of the native build    (build/native)
+# VEXA_DYING_OWNERS  how many owners of the fan mutex are killed (8)
 # VEXA_PREFIX        where the Wine prefix is made (build/prefix), with "-e2e-x64" behind it
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
