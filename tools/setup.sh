@@ -7,6 +7,7 @@
 #   tools/setup.sh checks   the JSON Schema validator
 #   tools/setup.sh bindings compilers for Rust and C#, CPython and .NET for Windows
 #   tools/setup.sh fleet    Prometheus
+#   tools/setup.sh mutation the maker of mutants
 
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -107,9 +108,19 @@ setup_fleet() {
   rm -rf "$home.new"
 }
 
+setup_mutation() {
+  local home=$CACHE/mutation-1.14.1
+  [ -x "$home/bin/mutate" ] && return 0
+  need_packages python3 python3-venv
+  rm -rf "$home"
+  /usr/bin/python3 -m venv "$home"
+  # Without what its other back ends need.
+  "$home/bin/pip" install --quiet --disable-pip-version-check --no-deps --require-hashes -r "$ROOT/tools/requirements-mutation.txt" >&2
+}
+
 for part in "$@"; do
   case $part in
-    x64 | native | arm64 | checks | bindings | fleet) "setup_$part" ;;
-    *) die "tools/setup.sh: unknown part '$part' (x64, native, arm64, checks, bindings, fleet)" ;;
+    x64 | native | arm64 | checks | bindings | fleet | mutation) "setup_$part" ;;
+    *) die "tools/setup.sh: unknown part '$part' (x64, native, arm64, checks, bindings, fleet, mutation)" ;;
   esac
 done
