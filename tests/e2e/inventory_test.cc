@@ -75,6 +75,8 @@ struct Library {
 class InventoryOnNotebook : public testing::Test {
  protected:
   InventoryOnNotebook() {
+    // What an earlier program left would name a Wi-Fi adapter, whose rates then show.
+    DeleteFileW(L"C:\\vexa-notebook\\radios.json");
     // Wine's machine has no Wi-Fi: a wired interface, a filter over the Wi-Fi adapter, and the adapter itself.
     interfaces_.list = {{6, 7, true, true}, {71, 40, false, true}, {71, 12, true, true}};
   }
