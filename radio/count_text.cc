@@ -1,25 +1,34 @@
-// Written by hand: the JSON library's objects allocate while they are destroyed, which ends the process when memory is
-// short.
 #include "radio/count_text.h"
 
-#include <algorithm>
-#include <string_view>
-#include <vector>
+#include <string>
 
-#include "frame/line.h"
+#include <nlohmann/json.hpp>
 
 namespace vexa {
+namespace {
+
+// Emptied before it is destroyed: with members left, the JSON library allocates while destroying them, and a shortage of
+// memory there would end the process.
+class Members {
+ public:
+  Members() = default;
+  ~Members() { object_.clear(); }
+  Members(const Members&) = delete;
+  Members& operator=(const Members&) = delete;
+
+  void Add(const NamedCount& entry) { object_[entry.name] = std::to_string(entry.count); }
+  [[nodiscard]] std::string Text() const { return object_.dump(); }
+
+ private:
+  nlohmann::json object_ = nlohmann::json::object();
+};
+
+}  // namespace
 
 std::string CountText(std::span<const NamedCount> counts) {
-  std::vector<NamedCount> sorted(counts.begin(), counts.end());
-  std::ranges::sort(sorted, {}, [](const NamedCount& count) { return std::string_view(count.name); });
-  std::string text;
-  for (const NamedCount& entry : sorted) {
-    text += text.empty() ? "{\"" : ",\"";
-    text += entry.name;
-    text += "\":\"" + NumberText(entry.count) + "\"";
-  }
-  return text.empty() ? "{}" : text + "}";
+  Members members;
+  for (const NamedCount& entry : counts) members.Add(entry);
+  return members.Text();
 }
 
 }  // namespace vexa
