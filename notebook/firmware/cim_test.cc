@@ -8,68 +8,70 @@
 namespace firmware {
 namespace {
 
-struct TextCase {
+constexpr auto kNo = std::nullopt;
+
+const struct {
   const char* text;
   Cim type;
   std::optional<Datum> result;  // nothing: a mismatch
+} kTexts[] = {
+    {"0", Cim::kUint8, Datum::Integer(kVtUi1, 0)},
+    {"255", Cim::kUint8, Datum::Integer(kVtUi1, 255)},
+    {"256", Cim::kUint8, kNo},
+    {"-1", Cim::kUint8, kNo},
+    {"", Cim::kUint8, kNo},
+    {"abc", Cim::kUint8, kNo},
+    {"12x", Cim::kUint8, kNo},
+    {"0x10", Cim::kUint8, kNo},
+    {"1.5", Cim::kUint8, kNo},
+    {"--1", Cim::kSint8, kNo},
+    {" 7 ", Cim::kUint8, Datum::Integer(kVtUi1, 7)},
+    {"-0", Cim::kUint8, Datum::Integer(kVtUi1, 0)},
+    {"-128", Cim::kSint8, Datum::Integer(kVtI2, -128)},
+    {"-129", Cim::kSint8, kNo},
+    {"128", Cim::kSint8, kNo},
+    {"65535", Cim::kUint16, Datum::Integer(kVtI4, 65535)},
+    {"65536", Cim::kUint16, kNo},
+    {"1179735", Cim::kUint32, Datum::Integer(kVtI4, 1179735)},
+    {"4294967295", Cim::kUint32, Datum::Integer(kVtI4, -1)},
+    {"4294967296", Cim::kUint32, kNo},
+    {"-2147483648", Cim::kSint32, Datum::Integer(kVtI4, INT32_MIN)},
+    {"2147483648", Cim::kSint32, kNo},
+    {"18446744073709551615", Cim::kUint64, Datum::Text("18446744073709551615")},
+    {"18446744073709551616", Cim::kUint64, kNo},
+    {"-9223372036854775808", Cim::kSint64, Datum::Text("-9223372036854775808")},
+    {"9223372036854775808", Cim::kSint64, kNo},
+    {"TRUE", Cim::kBoolean, Datum::Integer(kVtBool, 1)},
+    {"false", Cim::kBoolean, Datum::Integer(kVtBool, 0)},
+    {"yes", Cim::kBoolean, kNo},
+    {"3", Cim::kReal32, Datum::Real(kVtR4, 3)},
+    {"any text", Cim::kString, Datum::Text("any text")},
 };
 
-class Text : public testing::TestWithParam<TextCase> {};
-
-TEST_P(Text, BecomesTheTypesValue) {
-  const TextCase& c = GetParam();
-  const std::expected<Datum, uint32_t> got = Convert(Datum::Text(c.text), {c.type, false});
-  if (c.result) {
-    ASSERT_TRUE(got.has_value()) << c.text;
-    EXPECT_EQ(*got, *c.result) << c.text << " gave " << static_cast<int64_t>(got->bits) << " of type " << got->vt;
-  } else {
-    ASSERT_FALSE(got.has_value()) << c.text;
-    EXPECT_EQ(got.error(), kTypeMismatch);
+TEST(CimValues, TextsBecomeTheTypesValue) {
+  for (const auto& [text, type, result] : kTexts) {
+    const std::expected<Datum, uint32_t> got = Convert(Datum::Text(text), {type, false});
+    EXPECT_EQ(got.has_value(), result.has_value()) << text;
+    if (got) EXPECT_EQ(*got, result) << text << " gave " << static_cast<int64_t>(got->bits) << " of type " << got->vt;
+    if (!got) EXPECT_EQ(got.error(), kTypeMismatch);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Integers, Text,
-    testing::Values(
-        TextCase{"0", Cim::kUint8, Datum::Integer(kVtUi1, 0)},
-        TextCase{"255", Cim::kUint8, Datum::Integer(kVtUi1, 255)}, TextCase{"256", Cim::kUint8, {}},
-        TextCase{"-1", Cim::kUint8, {}}, TextCase{"", Cim::kUint8, {}}, TextCase{"abc", Cim::kUint8, {}},
-        TextCase{"12x", Cim::kUint8, {}}, TextCase{"0x10", Cim::kUint8, {}}, TextCase{"1.5", Cim::kUint8, {}},
-        TextCase{"--1", Cim::kSint8, {}}, TextCase{" 7 ", Cim::kUint8, Datum::Integer(kVtUi1, 7)},
-        TextCase{"-0", Cim::kUint8, Datum::Integer(kVtUi1, 0)},
-        TextCase{"-128", Cim::kSint8, Datum::Integer(kVtI2, -128)}, TextCase{"-129", Cim::kSint8, {}},
-        TextCase{"128", Cim::kSint8, {}}, TextCase{"65535", Cim::kUint16, Datum::Integer(kVtI4, 65535)},
-        TextCase{"65536", Cim::kUint16, {}}, TextCase{"1179735", Cim::kUint32, Datum::Integer(kVtI4, 1179735)},
-        TextCase{"4294967295", Cim::kUint32, Datum::Integer(kVtI4, -1)}, TextCase{"4294967296", Cim::kUint32, {}},
-        TextCase{"-2147483648", Cim::kSint32, Datum::Integer(kVtI4, INT32_MIN)},
-        TextCase{"2147483648", Cim::kSint32, {}},
-        TextCase{"18446744073709551615", Cim::kUint64, Datum::Text("18446744073709551615")},
-        TextCase{"18446744073709551616", Cim::kUint64, {}},
-        TextCase{"-9223372036854775808", Cim::kSint64, Datum::Text("-9223372036854775808")},
-        TextCase{"9223372036854775808", Cim::kSint64, {}}));
-
-INSTANTIATE_TEST_SUITE_P(Others, Text,
-                         testing::Values(TextCase{"TRUE", Cim::kBoolean, Datum::Integer(kVtBool, 1)},
-                                         TextCase{"false", Cim::kBoolean, Datum::Integer(kVtBool, 0)},
-                                         TextCase{"yes", Cim::kBoolean, {}},
-                                         TextCase{"3", Cim::kReal32, Datum::Real(kVtR4, 3)},
-                                         TextCase{"any text", Cim::kString, Datum::Text("any text")}));
-
-TEST(Numbers, ASigned32BitValueCarriesUnsignedOnes) {
+TEST(CimValues, ASigned32BitValueCarriesUnsignedOnes) {
   EXPECT_EQ(*Convert(Datum::Integer(kVtI4, -1), {Cim::kUint32, false}), Datum::Integer(kVtI4, -1));
   EXPECT_FALSE(Convert(Datum::Integer(kVtI4, -1), {Cim::kUint8, false}).has_value());
   EXPECT_FALSE(Convert(Datum::Integer(kVtI4, 256), {Cim::kUint8, false}).has_value());
   EXPECT_EQ(*Convert(Datum::Integer(kVtUi8, -1), {Cim::kUint64, false}), Datum::Text("18446744073709551615"));
 }
 
-TEST(Numbers, NullStaysAndPointersDoNotFit) {
+TEST(CimValues, NullStaysAndPointersDoNotFit) {
   EXPECT_EQ(*Convert(Datum{}, {Cim::kUint8, false}), Datum{});
   EXPECT_FALSE(Convert(Datum{.vt = kVtUnknown}, {Cim::kUint8, false}).has_value());
   EXPECT_FALSE(Convert(Datum{.vt = kVtEmpty}, {Cim::kString, false}).has_value());
   EXPECT_FALSE(Convert(Datum{.vt = kVtBstr}, {Cim::kString, false}).has_value());
 }
 
-TEST(Arrays, AreConvertedItemByItem) {
+TEST(CimValues, ArraysAreConvertedItemByItem) {
   const Datum texts{.vt = kVtArray | kVtBstr, .has_items = true, .items = {Datum::Text("1"), Datum::Text("2")}};
   const Datum numbers{
       .vt = kVtArray | kVtUi1, .has_items = true, .items = {Datum::Integer(kVtUi1, 1), Datum::Integer(kVtUi1, 2)}};
@@ -78,7 +80,7 @@ TEST(Arrays, AreConvertedItemByItem) {
   EXPECT_FALSE(Convert(texts, {Cim::kUint8, false}).has_value());
 }
 
-TEST(Delivery, FollowsTheTypes) {
+TEST(CimValues, DeliveryFollowsTheTypes) {
   const std::pair<const char*, int> expected[] = {
       {"sint8", 2},    {"uint8", 17},        {"sint16", 2},        {"uint16", 3},
       {"sint32", 3},   {"uint32", 3},        {"sint64", 8},        {"uint64", 8},
@@ -97,7 +99,7 @@ TEST(Delivery, FollowsTheTypes) {
   EXPECT_EQ(CimTypeFromName("datetime[]")->Code(), 0x2000 + 101);
 }
 
-TEST(Unsigned, IsCutToTheType) {
+TEST(CimValues, UnsignedIsCutToTheType) {
   EXPECT_EQ(UnsignedOf(Datum::Integer(kVtI4, -1), Cim::kUint32), 0xFFFFFFFFu);
   EXPECT_EQ(UnsignedOf(Datum::Integer(kVtUi1, 255), Cim::kUint8), 255u);
   EXPECT_EQ(UnsignedOf(Datum{}, Cim::kUint8), std::nullopt);

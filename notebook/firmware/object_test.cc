@@ -29,7 +29,7 @@ std::optional<std::string> Text(const Object& object, std::string_view name) {
   return property ? property->value.text : "no such property";
 }
 
-TEST(Path, OfAnInstanceLeadsBackToIt) {
+TEST(WmiObjects, PathOfAnInstanceLeadsBackToIt) {
   const Table disks = Disks();
   const Object object = Placed(InstanceOf(disks, disks.rows[0], {}));
   EXPECT_EQ(Text(object, "__RELPATH"), R"(Disk.Name="a\\\"b",Index=-1)");
@@ -39,7 +39,7 @@ TEST(Path, OfAnInstanceLeadsBackToIt) {
   EXPECT_EQ(FindRow(disks, *path), &disks.rows[0]);
 }
 
-TEST(Path, WithoutAKeyThereIsNone) {
+TEST(WmiObjects, PathWithoutAKeyThereIsNone) {
   const Table disks = Disks();
   EXPECT_EQ(Text(Placed(InstanceOf(disks, disks.rows[2], {})), "__PATH"), std::nullopt);
   const Object chosen = Placed(InstanceOf(disks, disks.rows[0], {"size"}));
@@ -47,7 +47,7 @@ TEST(Path, WithoutAKeyThereIsNone) {
   EXPECT_EQ(Text(chosen, "Name"), "no such property");
 }
 
-TEST(Path, FormsThatAreUnderstood) {
+TEST(WmiObjects, PathFormsThatAreUnderstood) {
   const Table disks = Disks();
   const auto row = [&](std::string_view text) -> ptrdiff_t {
     const std::optional<ObjectPath> path = ParsePath(text);
@@ -70,7 +70,7 @@ TEST(Path, FormsThatAreUnderstood) {
   }
 }
 
-TEST(Path, FirmwareInstances) {
+TEST(WmiObjects, PathFirmwareInstances) {
   const Table ec = FirmwareTables(ModelOf(R"({ "ec": { "instances": 2 } })")).front();
   ASSERT_EQ(ec.rows.size(), 2u);
   const auto path = RelativePath(*ec.shape, ec.rows[1]);
@@ -79,7 +79,7 @@ TEST(Path, FirmwareInstances) {
   EXPECT_EQ(FirmwareTables(ModelOf(R"({ "ec": { "instances": 0 } })")).front().rows.size(), 0u);
 }
 
-TEST(Put, WhatDoesNotFitIsRefused) {
+TEST(WmiObjects, WhatDoesNotFitIsRefused) {
   const Table disks = Disks();
   Object object = SpawnFrom(Object{.shape = disks.shape, .is_class = true});
   EXPECT_EQ(PutProperty(object, "Nothing", Datum::Text("1"), 0), kNotFound);
@@ -93,7 +93,7 @@ TEST(Put, WhatDoesNotFitIsRefused) {
   EXPECT_EQ(FindProperty(object, "Index")->value, Datum{});
 }
 
-TEST(SystemProperties, TellClassesFromInstances) {
+TEST(WmiObjects, SystemPropertiesTellClassesFromInstances) {
   const Table disks = Disks();
   const Object definition = Placed(Object{.shape = disks.shape, .is_class = true});
   EXPECT_EQ(FindProperty(definition, "__GENUS")->value, Datum::Integer(kVtI4, 1));

@@ -1,4 +1,4 @@
-// The section as scenarios write it: what it means, and its faults with their lines.
+// The section as scenarios write it: what it means, apart from its faults: scenario/faults.txt.
 #include "section.h"
 
 #include <gmock/gmock.h>
@@ -10,8 +10,6 @@ namespace radios {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 std::optional<Model> Read(const std::string& section, Faults& faults) {
   return ReadRadiosScenario("{\"radios\":" + section + "}", faults);
@@ -24,15 +22,7 @@ Model ModelOf(const std::string& section) {
   return model.value_or(Model{});
 }
 
-std::vector<std::string> FaultsOf(const std::string& section) {
-  Faults faults;
-  EXPECT_FALSE(Read(section, faults));
-  std::vector<std::string> list;
-  for (const scenario::Fault& fault : faults.List()) list.push_back(std::to_string(fault.line) + ": " + fault.message);
-  return list;
-}
-
-TEST(Radios, WithoutASectionThereIsNone) {
+TEST(RadiosSection, WithoutASectionThereIsNone) {
   Faults faults;
   const std::optional<Model> model = ReadRadiosScenario(R"({ "ec": {} })", faults);
   ASSERT_TRUE(model);
@@ -41,7 +31,7 @@ TEST(Radios, WithoutASectionThereIsNone) {
   EXPECT_TRUE(ModelOf(R"({ "wlan": {} })").wlan->empty());
 }
 
-TEST(Radios, AnAccessPointInAllItsForms) {
+TEST(RadiosSection, AnAccessPointInAllItsForms) {
   const Model model = ModelOf(R"({ "wlan": { "interfaces": [ {
     "guid": "{01234567-89AB-cdef-0123-456789abcdef}", "name": "ä\ud83d\ude00", "state": "connected", "channel": 36,
     "connection": { "ssid": { "hex": "00 FF", "length": 33 }, "bssid": "00:11:22:aA:Bb:ff", "phy": 10, "answer_size": 4,
@@ -75,29 +65,7 @@ TEST(Radios, AnAccessPointInAllItsForms) {
   EXPECT_TRUE(network.security);
 }
 
-TEST(Radios, FaultsOfWlan) {
-  const std::string long_ssid(33, 'x');
-  EXPECT_THAT(FaultsOf(R"({ "wlan": { "interfaces": [
-    { "guid": "01234567", "name": "n", "state": "online" },
-    { "guid": "{01234567-89ab-cdef-0123-456789abcdef}", "name": { "utf16": "41" }, "state": "connected" },
-    { "guid": "{01234567-89ab-cdef-0123-456789abcdef}", "name": "n", "state": "ad hoc", "networks": [
-      { "ssid": ")" + long_ssid +
-                       R"(", "bssid": "00:11:22:33:44", "rssi_dbm": -1, "frequency_khz": 1 },
-      { "ssid": "", "bssid": "00:11:22:33:44:5g", "rssi_dbm": -2147483649, "frequency_khz": 1 },
-      { "ssid": "", "bssid": "00:11:22:33:44:55", "rssi_dbm": 0, "frequency_khz": 1, "elements": [
-        { "id": 256 },
-        { "hex": "00" },
-        { "raw": "0", "hex": "00" } ] } ] } ] } })"),
-              ElementsAre(StartsWith("2: \"guid\" must look like"), "2: \"online\" is no state",
-                          "3: \"utf16\" must hold four digits for each code unit",
-                          "3: a connected interface needs \"connection\"", "5: \"ssid\" has 33 bytes; the limit is 32",
-                          StartsWith("5: \"bssid\" must look like"), StartsWith("6: \"bssid\" must look like"),
-                          StartsWith("6: \"rssi_dbm\" must be"), "8: \"id\" must be 0x0 to 0xff, not 256",
-                          "9: \"elements\" needs one of id, extension, raw", StartsWith("10: \"raw\" must hold pairs"),
-                          HasSubstr("cannot have both \"raw\" and \"hex\"")));
-}
-
-TEST(Radios, BluetoothNetworkAndRules) {
+TEST(RadiosSection, BluetoothNetworkAndRules) {
   const Model model = ModelOf(R"({
     "bluetooth": { "radios": [ { "name": "r", "address": "01:02:03:04:05:06", "devices": [
       { "name": { "utf16": "DC00" }, "address": "0a:0b:0c:0d:0e:0f", "class": "0x240404", "connected": false } ] } ] },
@@ -117,23 +85,6 @@ TEST(Radios, BluetoothNetworkAndRules) {
   EXPECT_EQ(model.rules.at(0).fail, 5u);
   EXPECT_EQ(model.rules.at(1).first, 3u);
   EXPECT_GT(model.rules.at(1).last, 1000000u);
-
-  const std::string long_name(249, 'x');
-  EXPECT_THAT(
-      FaultsOf(R"({
-    "bluetooth": { "radios": [ { "name": ")" +
-               long_name + R"(", "address": "01:02:03:04:05:06", "devices": [
-      { "address": "0a:0b:0c:0d:0e:0f", "name": 1, "class": "0x1000000" } ] } ] },
-    "network": [ { "index": 7, "type": 71 }, { "index": 7 },
-                 { "index": 0, "type": 1 } ],
-    "rules": [ { "on": { "call": "WlanFreeMemory" }, "then": { "fail": 5 } },
-               { "on": { "call": "GetIfEntry2", "opcode": 1 }, "then": {} },
-               { "on": { "call": "GetIfEntry2" }, "then": { "fail": 0 } } ] })"),
-      ElementsAre("2: \"name\" has 249 characters; the limit is 248", "3: \"name\" must be a text, not a number",
-                  StartsWith("3: \"class\" must be"), "4: \"network\" needs \"type\"", "4: index 7 is given twice",
-                  StartsWith("5: \"index\" must be"), StartsWith("6: \"WlanFreeMemory\" is no call"),
-                  HasSubstr("\"opcode\" goes with \"WlanQueryInterface\" only"), "7: \"then\" says nothing to do",
-                  StartsWith("8: \"fail\" must be")));
 }
 
 }  // namespace

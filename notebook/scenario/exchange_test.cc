@@ -1,178 +1,142 @@
-// Lengths, rules and the log: one whole request.
+// What notebooks made from scenarios answer and log, request by request: exchanges.txt.
+#include <cstdlib>
+#include <iostream>
+#include <iterator>
 #include <limits>
+#include <sstream>
 
+#include "test_cases.h"
 #include "test_notebook.h"
+#include "texts.h"
 
 namespace scenario {
 namespace {
 
-TEST(Lengths, WrongOnesAreRefusedAndNotCounted) {
-  TestNotebook notebook(R"({ "rules": [
-    { "on": { "control_code": "0x80102070" }, "nth": 1, "then": { "fail": "0xC0000001" } } ] })");
-  EXPECT_EQ(notebook.Control(kEcCode, std::vector<uint8_t>(15), 16).status, 0xC000000Du);
-  EXPECT_EQ(notebook.Control(kEcCode, std::vector<uint8_t>(17), 16).status, 0xC000000Du);
-  EXPECT_EQ(notebook.Control(kEcCode, std::vector<uint8_t>(16), 15).status, 0xC0000023u);
-  EXPECT_EQ(notebook.Control(kEcCode, std::vector<uint8_t>(16), 64).status, 0xC0000001u);
-  EXPECT_EQ(notebook.Control(kEcCode, std::vector<uint8_t>(16), 64).bytes.size(), 16u);
-  EXPECT_EQ(notebook.Control(0x80102040, {0}, 4).status, 0xC000000Du);
-  EXPECT_EQ(notebook.Control(0x80102040, {}, 3).status, 0xC0000023u);
-  EXPECT_EQ(notebook.Control(0x80102048, {}, 4).status, 0xC0000010u);
-  EXPECT_EQ(notebook.Control(kAcpiCode, std::vector<uint8_t>(8), 4).status, 0xC0000010u);
-  EXPECT_EQ(notebook.Control(0x80102040, {}, 4, kDeviceAcpi).status, 0xC0000010u);
-  std::vector<uint8_t> cpuid(21);
-  EXPECT_EQ(notebook.Control(0x80102068, cpuid, 16).status, 0xC000000Du);
-  cpuid[20] = 21;
-  EXPECT_EQ(notebook.Control(0x80102068, cpuid, 16).bytes.size(), 16u);
+struct Control {
+  std::string_view name;
+  uint32_t code, input, output;
+};
+constexpr Control kControls[] = {{"ec", kEcCode, 16, 16},
+                                 {"acpi", kAcpiCode, 8, 1024},
+                                 {"version", 0x80102040, 0, 4},
+                                 {"references", 0x80102044, 0, 4},
+                                 {"cpuid", 0x80102068, 21, 16},
+                                 {"power_limit1", 0x80102074, 12, 12},
+                                 {"power_limit2", 0x80102078, 12, 12},
+                                 {"package_power", 0x8010207C, 0, 8}};
+
+uint32_t Number(const std::string& text, int base = 0) {
+  return static_cast<uint32_t>(std::stoul(text, nullptr, base));
 }
 
-TEST(Lengths, AcpiRecordsMustTellTheirOwn) {
-  TestNotebook notebook("{}");
-  const auto status = [&](std::vector<uint8_t> input) {
-    return notebook.Control(kAcpiCode, input, 1024, kDeviceAcpi).status;
+// The input record that the words of a request stand for.
+std::vector<uint8_t> Record(const Control& control, const std::vector<std::string>& words) {
+  std::vector<uint8_t> record(control.input);
+  const auto add_word = [&record](uint32_t word) {
+    for (int i = 0; i < 4; ++i) record.push_back(static_cast<uint8_t>(word >> (8 * i)));
   };
-  EXPECT_EQ(status({'D', 'S', 'T', 'S', 0, 0, 0}), 0xC000000Du);
-  EXPECT_EQ(status({'D', 'S', 'T', 'S', 0, 0, 0, 0}), 0u);
-  EXPECT_EQ(status({'D', 'S', 'T', 'S', 4, 0, 0, 0}), 0xC000000Du);
-  EXPECT_EQ(status({'D', 'S', 'T', 'S', 0xFC, 0xFF, 0xFF, 0xFF, 1, 2, 3, 4}), 0xC000000Du);
-  EXPECT_EQ(status({'D', 'S', 'T', 'S', 3, 0, 0, 0, 1, 2, 3}), 0u);
+  if (control.code == kEcCode) {
+    record[0] = static_cast<uint8_t>(Number(words[1]));
+    for (size_t i = 2; i < words.size(); ++i) {
+      if (words[i] == "count") {
+        record[1] = static_cast<uint8_t>(Number(words[++i]));
+      } else if (words[i] == "read" || words[i] == "write") {
+        record[10] = words[i] == "read";
+      } else {
+        record[2 + record[1]++] = static_cast<uint8_t>(Number(words[i], 16));
+      }
+    }
+  } else if (control.code == kAcpiCode) {
+    record.assign(words[1].begin(), words[1].end());
+    std::ranges::replace(record, '?', '\n');
+    add_word(static_cast<uint32_t>(4 * (words.size() - 2)));
+    for (size_t i = 2; i < words.size(); ++i) add_word(words[i] == "..." ? 0 : Number(words[i]));
+  } else if (words.size() > 1) {
+    record.clear();
+    add_word(Number(words[1]));
+    record.resize(control.input);
+    record.back() = control.input == 21 ? 21 : 0;
+  }
+  return record;
 }
 
-constexpr char kEcho[] =
-    R"({ "ec": { "groups": [ { "group": 1, "fill": "offset" }, { "group": 2, "fill": "offset" } ] },
-  "rules": [ % ] })";
-
-std::string WithRules(std::string_view rules) {
-  std::string text = kEcho;
-  return text.replace(text.find('%'), 1, rules);
+// The line of the log that the request ends in, and what it does not tell: the answer's bytes where they are wanted, a
+// delay.
+std::string LineOf(TestNotebook& notebook, std::string request, bool bytes_wanted) {
+  uint32_t room = 0;
+  if (request.starts_with("output ")) {
+    room = Number(request.substr(7));
+    request.erase(0, request.find(": ") + 2);
+  }
+  std::istringstream stream(request);
+  const std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
+  if (words[0] == "open") {
+    const auto device = words[1] == "OBXACPI" ? kDeviceAcpi : kDeviceSaio;
+    const RuleEffects effects = ApplyRules(&notebook.notebook(), kRuleOpen, device, nullptr);
+    return request + (effects.effects & kEffectFail ? " -> failed " + Hex(effects.fail, 8) : " -> opened");
+  }
+  const bool unknown = words[0] == "control";
+  const auto known = std::ranges::find(kControls, std::string_view(words[0]), &Control::name);
+  if (!unknown && known == std::end(kControls)) return "no such request";
+  Control control = unknown ? Control{"", Number(words[1]), 0, 0} : *known;
+  const size_t lengths = unknown ? 2 : 1;
+  std::vector<uint8_t> record;
+  if (words.size() > lengths && words[lengths] == "input") {
+    record.resize(Number(words[lengths + 1]));
+    control.output = Number(words[lengths + 3]);
+  } else {
+    record = Record(control, words);
+  }
+  const bool acpi = (control.code == kAcpiCode) != unknown && control.code != 0x80102048;
+  const ControlAnswer answer =
+      notebook.Control(control.code, record, room != 0 ? room : control.output, acpi ? kDeviceAcpi : kDeviceSaio);
+  std::ostringstream line;
+  line << answer.line.substr(0, answer.line.find('\n'));
+  if (answer.delay_ms != 0) line << " after " << answer.delay_ms << " ms";
+  if (bytes_wanted) line << " |" << std::hex;
+  for (size_t i = 0; bytes_wanted && i < answer.bytes.size(); ++i) {
+    line << (answer.bytes[i] < 16 ? " 0" : " ") << int{answer.bytes[i]};
+  }
+  return line.str();
 }
 
-// The bytes read from one register in a row; -1 for a failed request, the negative status for a driver
-// status.
-std::vector<int> Reads(TestNotebook& notebook, uint8_t group, uint8_t offset, int count) {
-  std::vector<int> seen;
-  for (int i = 0; i < count; ++i) {
-    const ControlAnswer answer = notebook.EcControl(0xDD, {group, offset, 0}, true);
-    if (answer.status != 0) {
-      seen.push_back(-1);
-    } else {
-      seen.push_back(answer.bytes[12] != 0 ? -answer.bytes[12] : answer.bytes[11]);
+TEST(Exchanges, AreAnsweredAndLogged) {
+  const std::vector<TestCase> cases = ReadCases(TEST_FOLDER "/exchanges.txt");
+  EXPECT_GT(cases.size(), 15u);
+  for (const TestCase& one : cases) {
+    SCOPED_TRACE(one.name);
+    const auto begin = std::ranges::find(one.lines, "==");
+    std::string text;
+    for (auto line = one.lines.begin(); line != begin; ++line) text += *line + "\n";
+    TestNotebook notebook(text);
+    for (auto line = begin + 1; line < one.lines.end(); ++line) {
+      const size_t times = line->find(" x ");
+      const std::string expected = times == std::string::npos ? *line : line->substr(times + 3);
+      const size_t room = expected.find(": ");
+      for (unsigned i = times == std::string::npos ? 1 : Number(*line); i > 0; --i) {
+        const std::string found =
+            LineOf(notebook, expected.substr(0, expected.find(" -> ")), expected.find(" |") != std::string::npos);
+        EXPECT_EQ(found, room == std::string::npos ? expected : expected.substr(room + 2));
+      }
     }
   }
-  return seen;
 }
 
-TEST(Rules, TheNthMatchingExchangeOnly) {
-  TestNotebook notebook(WithRules(
-      R"({
-      "on": { "ec_command": "0xDD", "group": 1, "offset": "0x31" }, "nth": 3,
-      "then": { "fail": "0xC0000001" } })"));
-  EXPECT_EQ(Reads(notebook, 1, 0x31, 2), (std::vector<int>{0x31, 0x31}));
-  Reads(notebook, 1, 0x30, 5);
-  Reads(notebook, 2, 0x31, 5);
-  notebook.Set(1, 0x31, 0);
-  EXPECT_EQ(Reads(notebook, 1, 0x31, 3), (std::vector<int>{-1, 0x31, 0x31}));
+TEST(Exchanges, AcpiRecordsMustTellTheirOwnLength) {
+  TestNotebook notebook("{}");
+  for (const uint8_t length : {3, 4, 0xFC}) {
+    const uint8_t high = length == 0xFC ? 0xFF : 0;
+    const ControlAnswer answer =
+        notebook.Control(kAcpiCode, {'D', 'S', 'T', 'S', length, high, high, high, 1, 2, 3}, 1024, kDeviceAcpi);
+    EXPECT_EQ(answer.status, length == 3 ? 0u : 0xC000000Du) << int{length};
+  }
 }
 
-TEST(Rules, EveryOneFromTheNthOn) {
-  TestNotebook notebook(WithRules(
-      R"({ "on": { "ec_command": "0xDD", "group": 1 }, "from": 3, "then": { "driver_status": 5 } })"));
-  EXPECT_EQ(Reads(notebook, 1, 9, 4), (std::vector<int>{9, 9, -5, -5}));
-  EXPECT_EQ(Reads(notebook, 2, 9, 1), (std::vector<int>{9}));
-}
-
-TEST(Rules, ReadsAndWritesAreDifferentExchanges) {
-  TestNotebook notebook(WithRules(
-      R"({ "on": { "ec_command": "0xDD", "group": 1, "write": true }, "then": { "driver_status": 5 } })"));
-  EXPECT_EQ(Reads(notebook, 1, 9, 1), (std::vector<int>{9}));
-  EXPECT_EQ(notebook.Set(1, 9, 0).status, 5u);
-}
-
-TEST(Rules, EachCountsOnItsOwnAndTheFirstDueWins) {
-  TestNotebook notebook(WithRules(R"(
-    { "on": { "ec_command": "0xDD", "group": 1 }, "nth": 2, "then": { "driver_status": 5 } },
-    { "on": { "control_code": "0x80102070" }, "from": 2, "then": { "driver_status": 6, "delay_ms": 70 } },
-    { "on": { "ec_command": "0xDD" }, "nth": 4, "then": { "fail": "0xC0000001", "delay_ms": 90 } })"));
-  EXPECT_EQ(Reads(notebook, 1, 9, 4), (std::vector<int>{9, -5, -6, -1}));
-  EXPECT_EQ(notebook.EcControl(0xDD, {1, 9, 0}, true).delay_ms, 70u);
-}
-
-TEST(Rules, AFailedExchangeIsNotCarriedOut) {
-  TestNotebook notebook(R"({ "ec": { "groups": [ { "group": 1, "registers": [
-    { "offset": 1, "byte": 1, "writable": true } ] } ] }, "rules": [
-    { "on": { "ec_command": "0xDD", "data": ["0x81"] }, "nth": 1, "then": { "fail": "0xC0000001" } },
-    { "on": { "ec_command": "0xDD", "data": ["0x81"] }, "nth": 2, "then": { "driver_status": 5 } },
-    { "on": { "ec_command": "0xDD", "data": ["0x81"] }, "nth": 3, "then": { "answer_length": 0 } } ] })");
-  EXPECT_EQ(notebook.EcControl(0xDD, {0x81, 1, 7}, false).status, 0xC0000001u);
-  EXPECT_EQ(notebook.EcControl(0xDD, {0x81, 1, 8}, false).bytes[12], 5);
-  EXPECT_EQ(notebook.Register(1, 1).byte, 1);
-  EXPECT_EQ(notebook.EcControl(0xDD, {0x81, 1, 9}, false).bytes.size(), 0u);
-  EXPECT_EQ(notebook.Register(1, 1).byte, 9);
-}
-
-TEST(Rules, ByteAndLengthOfTheAnswer) {
-  TestNotebook notebook(WithRules(R"(
-    { "on": { "ec_command": "0xDD" }, "nth": 1, "then": { "byte": "0xAB" } },
-    { "on": { "ec_command": "0xDD" }, "nth": 2, "then": { "driver_status": 5, "byte": "0xCD" } },
-    { "on": { "ec_command": "0xDD" }, "nth": 3, "then": { "answer_length": 11 } },
-    { "on": { "ec_command": "0xDD" }, "nth": 4, "then": { "answer_length": 17 } })"));
-  EXPECT_EQ(notebook.Register(1, 9), (EcAnswer{0, 0xAB}));
-  EXPECT_EQ(notebook.Register(1, 9), (EcAnswer{5, 0xCD}));
-  EXPECT_EQ(notebook.EcControl(0xDD, {1, 9, 0}, true).bytes.size(), 11u);
-  EXPECT_EQ(notebook.EcControl(0xDD, {1, 9, 0}, true).bytes.size(), 16u);
-}
-
-TEST(Rules, ACountThatRanFullStaysThere) {
+TEST(Exchanges, ARulesCountThatRanFullStaysThere) {
   TestNotebook notebook(
-      WithRules(R"({ "on": { "ec_command": "0xDD" }, "nth": 1, "then": { "driver_status": 5 } })"));
+      R"({ "rules": [ { "on": { "ec_command": "0xDD" }, "nth": 1, "then": { "driver_status": 5 } } ] })");
   notebook.notebook().rules[0].seen = std::numeric_limits<uint32_t>::max();
-  EXPECT_EQ(Reads(notebook, 1, 9, 3), (std::vector<int>{9, 9, 9}));
-}
-
-TEST(Rules, OpensAreCountedByDevice) {
-  TestNotebook notebook(
-      R"({ "rules": [ { "on": { "open": "OBXACPI" }, "nth": 2, "then": { "fail": "0xC0000022" } } ] })");
-  const auto open = [&](ImageDevice device) {
-    return ApplyRules(&notebook.notebook(), kRuleOpen, device, nullptr).effects;
-  };
-  EXPECT_EQ(open(kDeviceAcpi), 0u);
-  EXPECT_EQ(open(kDeviceSaio), 0u);
-  EXPECT_EQ(open(kDeviceSaio), 0u);
-  EXPECT_EQ(open(kDeviceAcpi), static_cast<uint32_t>(kEffectFail));
-}
-
-TEST(Log, LinesAreAsDocumented) {
-  TestNotebook notebook(R"({ "driver": { "version": "0x10203" },
-    "ec": { "groups": [ { "group": 1, "fill": "offset" } ] },
-    "processor": { "package_power": -1, "power_limits": [ { "limit1": 28, "limit2": 57 } ],
-                   "cpuid": [ { "leaf": 1, "eax": 2, "edx": "0xBFEBFBFF" } ] },
-    "rules": [ { "on": { "ec_command": "0xDD", "data": [1, 2] }, "then": { "fail": "0xC0000001" } },
-               { "on": { "ec_command": "0xDD", "data": [1, 3] }, "then": { "driver_status": "0x15" } },
-               { "on": { "ec_command": "0xDD", "data": [1, 4] }, "then": { "answer_length": 4 } } ] })");
-  EXPECT_EQ(notebook.EcControl(0xDD, {1, 0x31, 0}, true).line, "ec 0xdd 01 31 00 read -> 0x31 status 0x0\n");
-  EXPECT_EQ(notebook.EcControl(0xDD, {0x81, 0x5A, 0x10}, false).line,
-            "ec 0xdd 81 5a 10 write -> 0x00 status 0x0\n");
-  EXPECT_EQ(notebook.EcControl(0xDD, {1, 2, 0}, true).line, "ec 0xdd 01 02 00 read -> failed 0xc0000001\n");
-  EXPECT_EQ(notebook.EcControl(0xDD, {1, 3, 0}, true).line, "ec 0xdd 01 03 00 read -> 0x00 status 0x15\n");
-  EXPECT_EQ(notebook.EcControl(0xDD, {1, 4, 0}, true).line,
-            "ec 0xdd 01 04 00 read -> 0x04 status 0x0 length 4\n");
-  EXPECT_EQ(notebook.EcControl(0x05, std::vector<uint8_t>(9), true).line,
-            "ec 0x05 00 00 00 00 00 00 00 00 count 9 read -> 0x00 status 0x2\n");
-  EXPECT_EQ(notebook.Control(0x80102040, {}, 4).line, "version -> 0x00010203\n");
-  EXPECT_EQ(notebook.Control(0x80102044, {}, 4).line, "references -> 0x00000003\n");
-  EXPECT_EQ(notebook.Control(0x8010207C, {}, 8).line, "package_power -> 0xffffffffffffffff\n");
-  EXPECT_EQ(notebook.Control(0x80102078, std::vector<uint8_t>(12, 1), 12).line,
-            "power_limit2 0x01010101 -> 0x00000039\n");
-  std::vector<uint8_t> cpuid(21);
-  cpuid[0] = 1, cpuid[20] = 21;
-  EXPECT_EQ(notebook.Control(0x80102068, cpuid, 16).line,
-            "cpuid 0x00000001 -> 0x00000002 0x00000000 0x00000000 0xbfebfbff\n");
-  EXPECT_EQ(notebook.Control(0x80102048, {1}, 4).line,
-            "control 0x80102048 input 1 output 4 -> failed 0xc0000010\n");
-  EXPECT_EQ(notebook.Acpi("DSTS", {0x1200F2, 1}).line,
-            "acpi DSTS 0x001200f2 0x00000001 -> 0x00000000 length 4\n");
-  EXPECT_EQ(notebook.Acpi(std::string_view("A\n\0b", 4), {}).line, "acpi A??b -> 0x00000000 length 4\n");
-  const std::string longest = notebook.Acpi("DSTS", std::vector<uint32_t>(250)).line;
-  EXPECT_EQ(longest.substr(longest.size() - 33), "00000 ... -> 0x00000000 length 4\n");
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(notebook.Register(1, 9).status, 0u);
 }
 
 }  // namespace
