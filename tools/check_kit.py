@@ -46,6 +46,7 @@ def kit_files(machine):
     if machine == "x64":
         # Not beside the library, which would register it in place of the notebook's own driver.
         files["simulated/VexaSAIO.sys"] = (build / "notebook" / "driver" / "VexaSAIO.sys").read_bytes()
+        files["simulated/x64_readings.tsv"] = (ROOT / "tests" / "data" / "x64_readings.tsv").read_bytes()
         files |= scenario_images()
     return files
 

@@ -22,7 +22,6 @@ namespace {
 
 using testing::ElementsAre;
 
-using Lines = std::vector<std::string>;
 
 // Without arguments, without an effect, safe on any thread at any time.
 constexpr const char* kReadings[] = {
@@ -141,7 +140,7 @@ TEST_F(Concurrency, EightProcessesWhoseOwnerIsKilled) {
   constexpr size_t kProcesses = 8;
   std::array<std::unique_ptr<Peer>, kProcesses> peers;
   const auto begin = [](std::unique_ptr<Peer>& peer) {
-    peer = std::make_unique<Peer>("library");
+    peer = std::make_unique<Peer>();
     ASSERT_EQ(peer->Ask("initialize").back(), "= 1");
     ASSERT_EQ(peer->Ask("number HealthyTable_FanCounts").back(), "= 2");
     // Builds the guard.

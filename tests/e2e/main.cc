@@ -6,11 +6,7 @@
 #include "tests/e2e/peer.h"
 
 int main(int argc, char** argv) {
-  constexpr std::string_view kRole = "--role=";
-  for (int i = 1; i < argc; ++i) {
-    const std::string_view argument = argv[i];
-    if (argument.starts_with(kRole)) return vexa::test::PlayRole(std::string(argument.substr(kRole.size())));
-  }
+  if (argc > 1 && std::string_view(argv[1]) == "--peer") return vexa::test::PlayPeer();
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

@@ -86,9 +86,9 @@ std::vector<std::string> AllScenarios() {
   return names;
 }
 
-std::vector<std::string> TakeDriverLog() {
+Lines TakeDriverLog() {
   const std::string text = ReadWhole(kLog);
-  std::vector<std::string> lines;
+  Lines lines;
   while (g_log_taken < text.size()) {
     const size_t end = text.find('\n', g_log_taken);
     lines.push_back(text.substr(g_log_taken, end - g_log_taken));
@@ -97,11 +97,19 @@ std::vector<std::string> TakeDriverLog() {
   return lines;
 }
 
+Lines TakeExchanges() {
+  Lines exchanges;
+  for (const std::string& line : TakeDriverLog()) {
+    if (line.starts_with("ec 0x")) exchanges.push_back(line.substr(5, line.find(" -> ") - 5));
+  }
+  return exchanges;
+}
+
 void RegisterService(const std::wstring& path, const std::wstring& display_name) {
   const Service none;
-  const SC_HANDLE service = CreateServiceW(
-      none.manager(), kServiceName, display_name.c_str(), SERVICE_ALL_ACCESS, SERVICE_KERNEL_DRIVER,
-      SERVICE_DEMAND_START, SERVICE_ERROR_NORMAL, path.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr);
+  const SC_HANDLE service = CreateServiceW(none.manager(), kServiceName, display_name.c_str(), SERVICE_ALL_ACCESS,
+                                           SERVICE_KERNEL_DRIVER, SERVICE_DEMAND_START, SERVICE_ERROR_NORMAL,
+                                           path.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr);
   if (service == nullptr) GiveUp("CreateServiceW");
   CloseServiceHandle(service);
 }

@@ -17,8 +17,12 @@ void UseBrokenImage(const std::string& name, size_t size);
 // Names of all images, in alphabetical order.
 std::vector<std::string> AllScenarios();
 
+using Lines = std::vector<std::string>;
+
 // Lines of the driver's log since the last call.
-std::vector<std::string> TakeDriverLog();
+Lines TakeDriverLog();
+// Of them the EC's exchanges, without their answers: "bb 50 read".
+Lines TakeExchanges();
 
 struct ServiceConfiguration {
   DWORD type;

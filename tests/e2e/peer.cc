@@ -15,7 +15,7 @@ void MakePipe(HANDLE& read_end, HANDLE& write_end, HANDLE& kept) {
 
 }  // namespace
 
-Peer::Peer(const std::string& role) {
+Peer::Peer() {
   HANDLE peer_input = nullptr;
   HANDLE peer_output = nullptr;
   MakePipe(peer_input, to_peer_, to_peer_);
@@ -27,11 +27,9 @@ Peer::Peer(const std::string& role) {
   startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
   wchar_t program[MAX_PATH] = {};
   GetModuleFileNameW(nullptr, program, MAX_PATH);
-  std::wstring command = L"\"" + std::wstring(program) + L"\" --role=";
-  command.append(role.begin(), role.end());
+  std::wstring command = L"\"" + std::wstring(program) + L"\" --peer";
   PROCESS_INFORMATION information{};
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                      &information)) {
+  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &information)) {
     std::fprintf(stderr, "a peer can't be started: error %lu\n", GetLastError());
     std::abort();
   }

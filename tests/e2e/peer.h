@@ -9,18 +9,15 @@
 
 namespace vexa::test {
 
-// Parts that a peer can play.
-//
-// "library" loads the library and knows the commands "initialize", "shutdown", "stop OPTION", "references",
-// "number NAME", "testmode MODE", "fan INDEX", "trace" and "exit". Before the answer, which begins with "=", it tells of each wait of the
-// library: "wait MS" when it begins, "waited RESULT" when it ends.
-//
-// "owner" knows "take" (creates the mutex owned), "release" (gives it back and closes it) and "exit".
-int PlayRole(const std::string& role);
+// What a peer does: it loads the library and knows the commands "initialize", "shutdown", "stop OPTION", "references",
+// "number NAME", "testmode MODE", "fan INDEX", "hurry MS" (the longest real wait from then on), "trace" and "exit";
+// "take" creates the mutex of the driver's service owned, "release" gives it back. Before the answer, which begins with
+// "=", it tells of each wait of the library: "wait MS" when it begins, "waited RESULT" when it ends.
+int PlayPeer();
 
 class Peer {
  public:
-  explicit Peer(const std::string& role);
+  Peer();
   ~Peer() { Kill(); }
 
   Peer(const Peer&) = delete;

@@ -1,229 +1,159 @@
-// What the battery exports answer on each scenario.
+// What the exports answer on each scenario, and what the registry keeps of it over processes.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <iterator>
+#include <cstring>
 #include <string>
 #include <vector>
 
-#include "tests/support/guarded_buffer.h"
 #include "tests/e2e/library.h"
 #include "tests/e2e/notebook.h"
+#include "tests/e2e/peer.h"
+#include "tests/support/answer_table.h"
+#include "tests/support/guarded_buffer.h"
 #include "tests/support/import_patch.h"
 
 namespace vexa::test {
 namespace {
 
-constexpr int32_t kFail = 0x7FFFFFFF;  // no answer
-constexpr int32_t kVoid = -1;          // not available: 0xFFFFFFFF
+using testing::ElementsAre;
 
-const char* const kScenarios[] = {"healthy-x64", "worn-battery", "no-battery",      "no-table",
-                                  "old-table",   "silent-ec",    "hostile-answers", "offset-echo"};
-constexpr size_t kScenarioCount = std::size(kScenarios);
-
-struct NumberRow {
-  const char* name;
-  int32_t values[kScenarioCount];  // of all 32 bits
-};
-
-// clang-format off
-// Columns in the order of kScenarios.
-const NumberRow kNumbers[] = {
-    {"BatteryHealthyTable_ReadVersion",        {28,    28,     28,    0,     9,     kFail, 255,      28}},
-    {"BatteryHealthyTable_ReadVendorType",     {1,     1,      1,     1,     1,     kFail, 1,        0}},
-    {"BatteryHealthyTable_ECChipID",           {0x85,  0x85,   0x85,  0x61,  0x85,  kFail, 0xFF,     0x10}},
-    {"BatteryHealthyTable_ManufactureDate",    {23153, 20326,  0,     kVoid, 23153, kVoid, 65535,    0x5554}},
-    {"BatteryHealthyTable_SerialNumber",       {19754, 19754,  0,     0,     19754, 0,     65535,    0x2928}},
-    {"BatteryHealthyTable_DesignVoltage",      {15400, 15400,  0,     0,     15400, 0,     65535,    0x2D2C}},
-    {"BatteryHealthyTable_CycleCount",         {63,    912,    0,     kVoid, 63,    kVoid, 65535,    0x2F2E}},
-    {"BatteryHealthyTable_Rsoc",               {84,    37,     0,     0,     84,    0,     65535,    0x3130}},
-    {"BatteryHealthyTable_Temperature",        {3033,  3180,   0,     kVoid, 3033,  kVoid, 65535,    0x3534}},
-    {"BatteryHealthyTable_PackageVoltage",     {16155, 14600,  0,     kVoid, 16155, kVoid, 65535,    0x3736}},
-    {"BatteryHealthyTable_Current",            {1850,  -1420,  0,     kVoid, 1850,  kVoid, -1,       0x3938}},
-    {"BatteryHealthyTable_ChargingCurrent",    {2560,  0,      0,     kVoid, 2560,  kVoid, -1,       0x3D3C}},
-    {"BatteryHealthyTable_ChargingVoltage",    {17600, 0,      0,     kVoid, 17600, kVoid, 65535,    0x3F3E}},
-    {"BatteryHealthyTable_RemainingCapacity",  {4112,  944,    0,     0,     4112,  0,     65535,    0x4140}},
-    {"BatteryHealthyTable_FullChargeCapacity", {4896,  2550,   0,     0,     4896,  0,     65535,    0x4342}},
-    {"BatteryHealthyTable_CellVoltage1",       {4038,  3701,   0,     0,     4038,  0,     65535,    0x4948}},
-    {"BatteryHealthyTable_CellVoltage2",       {4041,  3688,   0,     0,     4041,  0,     65535,    0x4B4A}},
-    {"BatteryHealthyTable_CellVoltage3",       {4036,  3512,   0,     0,     4036,  0,     65535,    0x4D4C}},
-    {"BatteryHealthyTable_CellVoltage4",       {4040,  3699,   0,     0,     4040,  0,     65535,    0x4F4E}},
-    {"BatteryHealthyTable_GaugeIC",            {'2',   '2',    0,     0,     '2',   0,     's',      0x13}},
-    {"BatteryHealthyTable_SafetyStatus",       {0,     0x2000, kFail, kFail, 0,     kFail, 0xFFFFFF, kFail}},
-    {"BatteryHealthyTable_PFStatus",           {0,     0,      kFail, kFail, 0,     kFail, -1,       kFail}},
-    {"BatteryHealthyTable_BatteryError",       {0,     0,      0,     0,     0,     0,     1,        0}},
-    {"BatteryHealthyTable_FullCharged",        {0,     0,      0,     0,     0,     0,     1,        0}},
-    {"BatteryHealthyTable_TimeoutStatus",      {0,     0,      0,     0,     0,     0,     0xFB,     3}},
-    {"BatteryHealthyTable_ACStatus",           {1,     0,      1,     0,     1,     0,     1,        0}},
-    {"BatteryHealthyTable_LidStatus",          {1,     1,      1,     0,     1,     0,     255,      1}},
-};
-// clang-format on
-
-constexpr char kMaker[] = "VXB2-CELLCO";
-constexpr char kDevice[] = "VXB4S51-N14";
-
-struct TextRow {
-  const char* name;
-  size_t capacity;
-  const char* values[kScenarioCount];  // null: not answered, so 0 and an empty text
-};
-
-const TextRow kTexts[] = {
-    {"BatteryHealthyTable_ECChipName",
-     15,
-     {"VX8987", "VX8987", "VX8987", "VX8510", "VX8510", nullptr, "%n%s%08x%n%s%0",
-      "\x12\x13\x14\x15\x16\x17\x18\x19\x1A\x1B\x1C\x1D\x1E\x1F"}},
-    {"BatteryHealthyTable_ManufactureName",
-     33,
-     {kMaker, kMaker, "", nullptr, kMaker, nullptr, "%n%s%x%n%s%x%n%s",
-      "\x10\x11\x12\x13\x14\x15\x16\x17\x18\x19\x1A\x1B\x1C\x1D\x1E\x1F"}},
-    {"BatteryHealthyTable_ManufactureNameBySMBus",
-     33,
-     {kMaker, kMaker, nullptr, nullptr, kMaker, nullptr, "%n%s%x%n%s%x%n%s%x%n%s%x%n%s%x%%", nullptr}},
-    {"BatteryHealthyTable_DeviceName",
-     33,
-     {kDevice, kDevice, nullptr, nullptr, kDevice, nullptr, "", nullptr}},
-};
-
-struct InformationRow {
-  const char* text;
-  std::vector<DWORD> pauses_ms;
-};
-
-const InformationRow kInformation[kScenarioCount] = {
-    {"0x56,0x58,0x42,0x32,0x2d,0x41,0x37,0x31,0x34,0x30,0x30,0x36,0x33,0x0,0x1,0x2,"
-     "0x20,0x25,0x3,0x17,0x4d,0x2a,0x13,0x20,0x13,0xec,0x0,0x3f,0x3c,0x28,0x0,0xa5",
-     {}},
-    {"0x56,0x58,0x42,0x32,0x2d,0x41,0x37,0x31,0x34,0x30,0x30,0x36,0x33,0x0,0x1,0x2,"
-     "0x20,0x19,0x11,0x6,0x4d,0x2a,0x9,0xf6,0x13,0xec,0x3,0x90,0x3c,0x28,0x0,0xa5",
-     {1000, 1000}},
-    {"", {1000, 1000, 1000}},
-    {"", {}},
-    {"", {}},
-    {"", {1000, 1000, 1000}},
-    {"0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,"
-     "0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff,0xff",
-     {}},
-    {"", {}},
-};
-
-std::vector<DWORD> g_pauses_ms;
+int g_pauses = 0;
 
 // The handshake counts its polls and not the time between them, so that its pauses need not be made.
-void WINAPI ToldSleep(DWORD milliseconds) { g_pauses_ms.push_back(milliseconds); }
-
-class Readings : public EndToEnd, public testing::WithParamInterface<size_t> {};
-
-TEST_P(Readings, AsTheScenarioSays) {
-  const size_t column = GetParam();
-  UseScenario(kScenarios[column]);
-  const Library library;
-  const Ready ready(library);
-  ASSERT_EQ(ready.answer(), 1u);
-  for (const NumberRow& row : kNumbers) {
-    EXPECT_EQ(static_cast<int32_t>(library.Number(row.name)), row.values[column]) << row.name;
-  }
-  for (const TextRow& row : kTexts) {
-    SCOPED_TRACE(row.name);
-    const char* expected = row.values[column];
-    const GuardedBuffer buffer(row.capacity);
-    EXPECT_EQ(library.Text(row.name, buffer.data()), expected == nullptr ? 0u : 1u);
-    ASSERT_TRUE(buffer.IsTerminated());
-    EXPECT_STREQ(buffer.data(), expected == nullptr ? "" : expected);
-    EXPECT_TRUE(buffer.IsUntouchedBefore());
-  }
-  const ImportPatch sleep("Sleep", ToldSleep, library.module());
-  g_pauses_ms.clear();
-  EXPECT_STREQ(library.BatteryHealthyTable_BatteryInformation().text, kInformation[column].text);
-  EXPECT_EQ(g_pauses_ms, kInformation[column].pauses_ms);
+void WINAPI CountedSecond(DWORD milliseconds) {
+  EXPECT_EQ(milliseconds, 1000u);
+  ++g_pauses;
 }
 
-std::string TestName(const testing::TestParamInfo<size_t>& info) {
-  std::string name = kScenarios[info.param];
-  std::replace(name.begin(), name.end(), '-', '_');
-  return name;
+std::string AnswerOfText(const Library& library, const std::string& name, size_t capacity) {
+  const GuardedBuffer buffer(capacity);
+  const uint32_t answer = library.Text(name.c_str(), buffer.data());
+  EXPECT_TRUE(buffer.IsTerminated() && buffer.IsUntouchedBefore()) << name;
+  const std::string text(buffer.data(), strnlen(buffer.data(), capacity));
+  if (answer == 0) EXPECT_EQ(text, "") << name;
+  return answer == 0 ? "-" : text.empty() ? "empty" : text;
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenarios, Readings, testing::Range(size_t{0}, kScenarioCount), TestName);
+std::string AnswerOfPart(const Library& library, uint32_t& told_length) {
+  VexaPdIcPartNumber part;
+  std::memset(&part, 0x5A, sizeof part);
+  const uint32_t answer = library.Adapter_Read_PD_IC_PN(&part);
+  told_length = part.told_length;
+  EXPECT_EQ(strnlen(part.text, sizeof part.text), part.length);
+  if (answer == 0) EXPECT_EQ(part.length, 0u);
+  return answer == 0 ? "-" : part.text;
+}
 
-using Answers = EndToEnd;
+// As the table writes it: a number in the expected one's base.
+std::string Answer(const Library& library, const std::string& name, const std::string& expected) {
+  static uint32_t told_length = 0;
+  const size_t colon = name.find(':');
+  if (colon != std::string::npos)
+    return AnswerOfText(library, name.substr(0, colon), std::stoul(name.substr(colon + 1)));
+  if (name == "Adapter_Read_PD_IC_PN") return AnswerOfPart(library, told_length);
+  if (name == "BatteryHealthyTable_BatteryInformation") {
+    const VexaText information = library.BatteryHealthyTable_BatteryInformation();
+    const size_t length = strnlen(information.text, sizeof information.text);
+    EXPECT_LE(length, 159u);
+    return length == 0 ? "empty" : std::string(information.text, length);
+  }
+  const uint32_t number = name == "(pauses of a second)" ? static_cast<uint32_t>(std::exchange(g_pauses, 0))
+                          : name == "(told length)"      ? told_length
+                                                         : library.Number(name.c_str());
+  if (expected.empty()) return "";
+  const uint32_t wanted = expected == "fail"   ? VEXA_NO_ANSWER
+                          : expected == "void" ? VEXA_NOT_AVAILABLE
+                                               : static_cast<uint32_t>(std::stoll(expected, nullptr, 0));
+  return number == wanted ? expected : std::to_string(number);
+}
 
-// Also those that came after this test was written.
-TEST_F(Answers, EveryScenarioIsSurvived) {
+// Begins and ends without anything that the registry keeps.
+class Readings : public EndToEnd {
+ protected:
+  static constexpr wchar_t kKey[] = L"SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis";
+  static constexpr const wchar_t* kKept[] = {L"EcChipId", L"EcChipName", L"EcFwRev"};
+
+  Readings() { Forget(); }
+  ~Readings() override { Forget(); }
+  static void Forget() {
+    for (const wchar_t* value : kKept) RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kKey, value);
+  }
+  static bool IsKept(const wchar_t* value) {
+    return RegGetValueW(HKEY_LOCAL_MACHINE, kKey, value, RRF_RT_REG_DWORD, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+  }
+};
+
+// Also of scenarios that came after the table was written: they are survived.
+TEST_F(Readings, OfEveryScenario) {
+  const AnswerTable table("C:\\vexa-notebook\\x64_readings.tsv");
   const std::vector<std::string> scenarios = AllScenarios();
-  EXPECT_THAT(scenarios, testing::IsSupersetOf(kScenarios));
+  EXPECT_THAT(scenarios, testing::IsSupersetOf(table.scenarios));
+  EXPECT_GT(table.rows.size(), 75u);
   const Library library;
-  const ImportPatch sleep("Sleep", ToldSleep, library.module());
   for (const std::string& scenario : scenarios) {
     SCOPED_TRACE(scenario);
     UseScenario(scenario);
+    Forget();
     const Ready ready(library);
-    for (const NumberRow& row : kNumbers) library.Number(row.name);
-    for (const TextRow& row : kTexts) {
-      const GuardedBuffer buffer(row.capacity);
-      library.Text(row.name, buffer.data());
-      EXPECT_TRUE(buffer.IsTerminated() && buffer.IsUntouchedBefore()) << row.name;
+    const ImportPatch sleep("Sleep", CountedSecond, library.module());
+    g_pauses = 0;
+    const size_t column = table.Column(scenario);
+    for (const auto& [name, values] : table.rows) {
+      const std::string expected = column < values.size() ? values[column] : "";
+      const std::string answer = Answer(library, name, expected);
+      if (!expected.empty()) EXPECT_EQ(answer, expected) << name;
     }
-    const VexaText information = library.BatteryHealthyTable_BatteryInformation();
-    EXPECT_LE(std::string(information.text, strnlen(information.text, sizeof information.text)).size(), 159u);
     library.GetDriverVersion();
     library.GetRefCount();
+    if (column == table.scenarios.size()) continue;
+    for (const wchar_t* value : kKept) EXPECT_EQ(IsKept(value), scenario != "silent-ec");
   }
 }
 
-TEST_F(Answers, TheDriversOwnNumbersMayBeCut) {
+// Cut answers leave zeros where they end; a failed one, and one with a status, ends the reading.
+TEST_F(Readings, OfAnswersThatAreCutAndFail) {
   UseScenario("hostile-answers");
   const Library library;
-  const Ready ready(library);
-  EXPECT_EQ(library.GetDriverVersion(), 0xFFu);
-  EXPECT_EQ(library.GetRefCount(), 0u);
-}
-
-// A cut answer leaves zeros where it ends; a failed one ends the reading.
-TEST_F(Answers, CutFailedAndWithAStatus) {
+  {
+    const Ready ready(library);
+    EXPECT_EQ(library.GetDriverVersion(), 0xFFu);
+    EXPECT_EQ(library.GetRefCount(), 0u);
+  }
   UseScenario("short-answers");
-  const Library library;
   const Ready ready(library);
   ASSERT_EQ(ready.answer(), 1u);
   EXPECT_EQ(library.GetDriverVersion(), 0x00030201u);
   EXPECT_EQ(library.GetRefCount(), 0u);
-  EXPECT_EQ(library.Number("BatteryHealthyTable_CycleCount"), 0x002Eu);
-  EXPECT_EQ(library.Number("BatteryHealthyTable_Rsoc"), 0x3130u);
-  EXPECT_EQ(library.Number("BatteryHealthyTable_Temperature"), 0x0034u);
-  EXPECT_EQ(library.Number("BatteryHealthyTable_PackageVoltage"), 0x7FFFFFFFu);
-  EXPECT_EQ(library.Number("BatteryHealthyTable_Current"), 0x7FFFFFFFu);
-  EXPECT_EQ(library.Number("BatteryHealthyTable_GaugeIC"), 0x7FFFFFFFu);
-  EXPECT_EQ(library.Number("BatteryHealthyTable_ACStatus"), 0u);
-  char name[33];
-  EXPECT_EQ(library.Text("BatteryHealthyTable_ManufactureName", name), 0u);
-  EXPECT_STREQ(name, "");
-  EXPECT_THAT(TakeDriverLog(),
-              testing::ElementsAre("open VexaSAIO handles 1", "version -> 0x04030201 length 3",
-                                   "references -> failed 0xc0000001",
-                                   "ec 0xbb 50 read -> 0x1c status 0x0",
-                                   "ec 0xdd 01 2f 00 read -> 0x2f status 0x0 length 11",
-                                   "ec 0xdd 01 2e 00 read -> 0x2e status 0x0",
-                                   "ec 0xbb 50 read -> 0x1c status 0x0",
-                                   "ec 0xdd 01 31 00 read -> 0x31 status 0x0",
-                                   "ec 0xdd 01 30 00 read -> 0x30 status 0x0 length 12",
-                                   "ec 0xbb 50 read -> 0x1c status 0x0",
-                                   "ec 0xdd 01 35 00 read -> 0x35 status 0x0 length 0",
-                                   "ec 0xdd 01 34 00 read -> 0x34 status 0x0",
-                                   "ec 0xbb 50 read -> 0x1c status 0x0",
-                                   "ec 0xdd 01 37 00 read -> failed 0xc0000001",
-                                   "ec 0xbb 50 read -> 0x1c status 0x0",
-                                   "ec 0xdd 01 39 00 read -> 0x39 status 0x0",
-                                   "ec 0xdd 01 38 00 read -> 0x77 status 0x2",
-                                   "ec 0xbb 50 read -> 0x1c status 0x0",
-                                   "ec 0xdd 01 13 00 read -> 0x00 status 0x80000000",
-                                   "ec 0xbb 50 read -> 0x1c status 0x0",
-                                   "ec 0xdd 01 00 00 read -> failed 0xc0000001",
-                                   "ec 0xbb 50 read -> 0x1c status 0x0",
-                                   "ec 0xdd 01 10 00 read -> 0x10 status 0x0",
-                                   "ec 0xdd 01 11 00 read -> 0x11 status 0x0",
-                                   "ec 0xdd 01 12 00 read -> 0x12 status 0x0",
-                                   "ec 0xdd 01 13 00 read -> 0x00 status 0x80000000"));
+  constexpr std::pair<const char*, uint32_t> kAnswers[] = {{"CycleCount", 0x002E},
+                                                           {"Rsoc", 0x3130},
+                                                           {"Temperature", 0x0034},
+                                                           {"PackageVoltage", VEXA_NO_ANSWER},
+                                                           {"Current", VEXA_NO_ANSWER},
+                                                           {"GaugeIC", VEXA_NO_ANSWER},
+                                                           {"ACStatus", 0}};
+  for (const auto& [name, answer] : kAnswers) {
+    EXPECT_EQ(library.Number((std::string("BatteryHealthyTable_") + name).c_str()), answer) << name;
+  }
+  EXPECT_EQ(AnswerOfText(library, "BatteryHealthyTable_ManufactureName", 33), "-");
+}
+
+TEST_F(Readings, TheEcIsAskedOnceForItsIdentityOverTwoProcesses) {
+  Peer first, second;
+  EXPECT_EQ(first.Ask("initialize"), Lines{"= 1"});
+  const auto ask_all = [](Peer& peer) {
+    EXPECT_EQ(peer.Ask("number EC_ReadEcChipId"), Lines{"= 133"});
+    EXPECT_EQ(peer.Ask("number EC_ReadEcChipName"), Lines{"= 1448622137"});
+    EXPECT_EQ(peer.Ask("number EC_ReadEcFwRev"), Lines{"= 16706"});
+  };
+  ask_all(first);
+  EXPECT_THAT(TakeExchanges(), ElementsAre("bb 10 read", "bb 12 read", "bb 13 read", "bb 14 read", "bb 15 read",
+                                           "bb 51 read", "bb 03 read", "bb 04 read"));
+  // Without a ready driver and with one.
+  ask_all(second);
+  EXPECT_EQ(second.Ask("initialize"), Lines{"= 1"});
+  ask_all(second);
+  EXPECT_THAT(TakeExchanges(), testing::IsEmpty());
 }
 
 }  // namespace

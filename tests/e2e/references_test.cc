@@ -7,11 +7,10 @@
 namespace vexa::test {
 namespace {
 
-using Lines = std::vector<std::string>;
 using References = EndToEnd;
 
 TEST_F(References, OneHandlePerProcessFromItsFirstToItsLastCount) {
-  Peer peers[] = {Peer("library"), Peer("library"), Peer("library")};
+  Peer peers[3];
   for (Peer& peer : peers) EXPECT_EQ(peer.Ask("references"), Lines{"= 0"});
   const char* const counts[] = {"= 1", "= 2", "= 3"};
   for (int i = 0; i < 3; ++i) {

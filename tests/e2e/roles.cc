@@ -1,10 +1,14 @@
 // What a peer does with its commands.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <iostream>
+#include <map>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "tests/e2e/library.h"
 #include "tests/e2e/peer.h"
@@ -20,9 +24,11 @@ void Say(const std::string& line) {
   std::fflush(stdout);
 }
 
+DWORD g_longest_ms = INFINITE;
+
 DWORD WINAPI ToldWait(HANDLE handle, DWORD milliseconds) {
   Say("wait " + std::to_string(milliseconds));
-  const DWORD result = WaitForSingleObject(handle, milliseconds);
+  const DWORD result = WaitForSingleObject(handle, std::min(milliseconds, g_longest_ms));
   const DWORD error = GetLastError();
   Say("waited " + std::to_string(result));
   SetLastError(error);
@@ -35,69 +41,48 @@ std::string OnOneLine(std::string text) {
   return text;
 }
 
-int PlayLibrary() {
+uint32_t TakeMutexOrGiveItBack() {
+  static HANDLE mutex = nullptr;
+  if (mutex != nullptr) return ReleaseMutex(mutex) && CloseHandle(std::exchange(mutex, nullptr)) ? 1 : 0;
+  mutex = CreateMutexW(nullptr, TRUE, L"VEXAWINIO_!@#$%^&*");
+  return GetLastError() == ERROR_ALREADY_EXISTS ? 0 : 1;
+}
+
+}  // namespace
+
+int PlayPeer() {
   // Kept until the process has ended: the library's exit handlers still call what is patched.
   static const auto& library = *new Library;
   static const auto& wait = *new ImportPatch("WaitForSingleObject", ToldWait, library.module());
   static auto& recorder = *new TraceRecorder(library.module());
   (void)wait;
   recorder.level_at_registration = 5;
+  const auto number = [](const std::string& word) { return static_cast<uint32_t>(std::stoul(word)); };
+  const std::map<std::string, std::function<uint32_t(const std::string&)>> kCommands = {
+      {"initialize", [](auto&) { return library.InitializeWinIo(); }},
+      {"shutdown", [](auto&) { return library.ShutdownWinIo(), 0u; }},
+      {"references", [](auto&) { return library.GetRefCount(); }},
+      {"stop", [&](auto& option) { return library.StopWinIoDriver(number(option)); }},
+      {"testmode", [&](auto& mode) { return library.HealthyTable_SetFanTestMode(number(mode)); }},
+      {"fan", [&](auto& index) { return library.Quillo_Read_Fan(static_cast<int32_t>(number(index))); }},
+      {"number", [](auto& name) { return library.Number(name.c_str()); }},
+      {"hurry", [&](auto& ms) { return g_longest_ms = number(ms); }},
+      {"take", [](auto&) { return TakeMutexOrGiveItBack(); }},
+      {"release", [](auto&) { return TakeMutexOrGiveItBack(); }},
+      {"trace",
+       [](auto&) {
+         for (const std::string& event : recorder.TakeLines()) Say(OnOneLine(event));
+         return 0u;
+       }},
+  };
   std::string line;
   while (std::getline(std::cin, line) && line != "exit") {
     std::istringstream words(line);
-    std::string command;
-    words >> command;
-    uint32_t answer = 0;
-    if (command == "initialize") answer = library.InitializeWinIo();
-    if (command == "shutdown") library.ShutdownWinIo();
-    if (command == "references") answer = library.GetRefCount();
-    if (command == "stop") {
-      uint32_t option = 0;
-      words >> option;
-      answer = library.StopWinIoDriver(option);
-    }
-    if (command == "testmode" || command == "fan") {
-      int32_t argument = 0;
-      words >> argument;
-      answer = command == "fan" ? library.Quillo_Read_Fan(argument)
-                                : library.HealthyTable_SetFanTestMode(static_cast<uint32_t>(argument));
-    }
-    if (command == "number") {
-      std::string name;
-      words >> name;
-      answer = library.Number(name.c_str());
-    }
-    if (command == "trace") {
-      for (const std::string& event : recorder.TakeLines()) Say(OnOneLine(event));
-    }
-    Say("= " + std::to_string(answer));
+    std::string command, argument;
+    words >> command >> argument;
+    Say("= " + std::to_string(kCommands.at(command)(argument)));
   }
   return 0;
-}
-
-int PlayOwner() {
-  HANDLE mutex = nullptr;
-  std::string command;
-  while (std::getline(std::cin, command) && command != "exit") {
-    if (command == "take") {
-      mutex = CreateMutexW(nullptr, TRUE, L"VEXAWINIO_!@#$%^&*");
-      Say(GetLastError() == ERROR_ALREADY_EXISTS ? "= 0" : "= 1");
-    } else if (command == "release") {
-      ReleaseMutex(mutex);
-      CloseHandle(mutex);
-      Say("= 1");
-    }
-  }
-  return 0;
-}
-
-}  // namespace
-
-int PlayRole(const std::string& role) {
-  if (role == "library") return PlayLibrary();
-  if (role == "owner") return PlayOwner();
-  std::fprintf(stderr, "no such role: %s\n", role.c_str());
-  return 2;
 }
 
 }  // namespace vexa::test

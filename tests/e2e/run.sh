@@ -24,6 +24,7 @@ start_prefix
 install_product "$x64/tests/e2e_test.exe" "$x64/VexaWinIO64.dll" "$x64/notebook/driver/VexaSAIO.sys"
 images=$WINEPREFIX/drive_c/vexa-notebook
 mkdir -p "$images"
+cp "$ROOT/tests/data/x64_readings.tsv" "$images/"
 for file in "$ROOT"/notebook/scenarios/*.json "$ROOT"/tests/e2e/scenarios/*.json; do
   name=${file##*/}
   "$scenario_tool" build "$file" "$images/${name%.json}.bin" >&2 || die "$name is refused"
