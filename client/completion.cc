@@ -7,7 +7,7 @@
 namespace vexahealth {
 namespace {
 
-constexpr std::string_view kOtherCommands[] = {"get", "report", "keys", "completion"};
+constexpr std::string_view kOtherCommands[] = {"get", "report", "record", "keys", "completion"};
 constexpr const char* kOptions = "--json --format --watch --count --no-wait --help --version";
 
 std::string CommandWords() {
@@ -39,6 +39,7 @@ std::string Followers(std::string_view begin, std::string_view between, std::str
       {"get", KeyWords()},
       {"--format", "table json ndjson csv prometheus"},
       {"settings", "set --json --format"},
+      {"record", "--show-serials --no-wait"},
       {"report", "--output --show-serials --json --no-wait"},
       {"set", "charge-limit quiet-fan"},
       {"charge-limit", "60 80 100"},

@@ -21,6 +21,7 @@ int Run(const std::vector<std::string>& arguments) {
     case Options::Action::kVersion: return RunVersion(options);
     case Options::Action::kUsageError: return RunUsageError(options);
     case Options::Action::kChange: return RunChange(options);
+    case Options::Action::kRecord: return RunRecord(options);
     case Options::Action::kReport: return RunReport(options);
     case Options::Action::kKeys: return Print(options.json() ? KeysJson() : KeysTable(), kExitOk);
     case Options::Action::kCompletion: return Print(CompletionScript(options.shell), kExitOk);

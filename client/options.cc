@@ -110,6 +110,7 @@ class CommandLine {
   Action Other() const {
     constexpr std::pair<const char*, Action> kOthers[] = {{"get", Action::kGet},
                                                           {"report", Action::kReport},
+                                                          {"record", Action::kRecord},
                                                           {"keys", Action::kKeys},
                                                           {"completion", Action::kCompletion}};
     for (const auto& [name, action] : kOthers) {
@@ -125,6 +126,9 @@ class CommandLine {
     CLI::App* report = AddCommand(app_, "report", "Write everything into one HTML file that can be mailed");
     report->add_option("--output", options.output, "The file to write; without it standard output");
     AddFlag(*report, "--show-serials", options.show_serials, "Don't mask serial numbers and addresses");
+    CLI::App* record = AddCommand(app_, "record", "Write this machine as a scenario for the simulated notebook");
+    record->add_option("file", options.output, "The file to write");
+    AddFlag(*record, "--show-serials", options.show_serials, "Don't mask the battery's serial number");
     AddCommand(app_, "keys", "List every reading: key, unit, export, metric");
     CLI::App* completion = AddCommand(app_, "completion", "Print a completion script for a shell");
     completion->add_option("shell", options.shell, "bash or powershell");
@@ -234,6 +238,7 @@ std::string ReadRest(const Words& words, Options& options) {
       options.key = words.key;
       if (words.key.empty()) return "get: which reading? \"keys\" lists them";
       return FindRow(words.key) == nullptr ? "there is no reading \"" + words.key + "\"; \"keys\" lists them" : "";
+    case Action::kRecord: return options.output.empty() ? "record: into which file?" : "";
     case Action::kCompletion:
       return CompletionScript(options.shell).empty() ? "completion: for which shell, bash or powershell?" : "";
     default: return {};
@@ -243,7 +248,8 @@ std::string ReadRest(const Words& words, Options& options) {
 bool WaitsFor(const Options& options) {
   const bool shows = options.command == FindCommand("status") || options.command == FindCommand("battery") ||
                      options.command == FindCommand("all");
-  return (options.action == Action::kReadings && shows) || options.action == Action::kReport;
+  return (options.action == Action::kReadings && shows) || options.action == Action::kReport ||
+         options.action == Action::kRecord;
 }
 
 // The format that a command line asks for that is wrong elsewhere.
@@ -291,7 +297,7 @@ Options ParseOptions(const std::vector<std::string>& arguments) {
     if (options.text.empty()) options.text = ReadWatch(words, options);
     if (options.text.empty()) options.text = ReadRest(words, options);
     if (options.text.empty() && words.no_wait && !WaitsFor(options)) {
-      options.text = "--no-wait belongs to status, battery, all and report";
+      options.text = "--no-wait belongs to status, battery, all, report and record";
     }
   }
   if (!options.text.empty()) {

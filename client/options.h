@@ -24,6 +24,7 @@ struct Options {
     kGet,
     kChange,
     kReport,
+    kRecord,
     kKeys,
     kCompletion,
     kHelp,
@@ -38,8 +39,8 @@ struct Options {
   std::string key;  // kGet
   std::optional<WatchOptions> watch;
   ChangeRequest change;
-  bool show_serials = false;  // kReport
-  std::string output;         // kReport: the file; empty: standard output
+  bool show_serials = false;  // kReport, kRecord
+  std::string output;         // kReport, kRecord: the file; kReport: empty is standard output
   std::string shell;          // kCompletion
   std::string text;           // the help, or what is wrong
 

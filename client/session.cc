@@ -151,6 +151,35 @@ Sample TakeSample(const Command& command, bool may_wait, std::string_view key) {
   return {.report = std::move(report), .exit_code = exit_code};
 }
 
+int WithSession(bool may_wait, const std::function<void(Session&)>& use) {
+  LibraryState state;
+  const std::expected<Library, std::string> library = LoadBesideClient(state);
+  if (!library) {
+    Complain(library.error());
+    return kExitNotLoaded;
+  }
+  ProgressLine progress;
+  progress.Show("driver");
+  const Started started(*library);
+  if (!started.ready()) {
+    Complain(kNotReady);
+    return kExitNoReadings;
+  }
+  // Texts stay the bytes that they are.
+  const Context context{.resolve = library->resolve,
+                        .ready = true,
+                        .may_wait = may_wait,
+                        .route = ReadRoute(),
+                        .decode = [](std::string_view text) { return std::string(text); },
+                        .decode_wide = WideToUtf8,
+                        .free_text = FreeText,
+                        .power_line = ReadPowerLine,
+                        .progress = [&progress](std::string_view what) { progress.Show(what); }};
+  Session session(context);
+  use(session);
+  return kExitOk;
+}
+
 int RunReadings(const Options& options) {
   if (options.watch) return Watch(options);
   const Sample sample = SampleOf(options);

@@ -3,6 +3,7 @@
 #define CLIENT_SESSION_H_
 
 #include <expected>
+#include <functional>
 #include <string>
 
 #include "client/library.h"
@@ -28,9 +29,13 @@ struct Sample {
 };
 [[nodiscard]] Sample TakeSample(const Command& command, bool may_wait, std::string_view key = {});
 
+// Starts the library and lets `use` ask it; kExitOk, or what kept it from that, which has been said.
+[[nodiscard]] int WithSession(bool may_wait, const std::function<void(Session&)>& use);
+
 // The commands; they return the exit code.
 [[nodiscard]] int RunReadings(const Options& options);
 [[nodiscard]] int RunChange(const Options& options);
+[[nodiscard]] int RunRecord(const Options& options);
 [[nodiscard]] int RunReport(const Options& options);
 [[nodiscard]] int RunVersion(const Options& options);
 [[nodiscard]] int RunUsageError(const Options& options);
