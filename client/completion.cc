@@ -7,7 +7,7 @@
 namespace vexahealth {
 namespace {
 
-constexpr std::string_view kOtherCommands[] = {"get", "report", "record", "keys", "completion"};
+constexpr std::string_view kOtherCommands[] = {"get", "report", "record", "doctor", "trace", "keys", "completion"};
 constexpr const char* kOptions = "--json --format --watch --count --no-wait --help --version";
 
 std::string CommandWords() {
@@ -32,7 +32,7 @@ std::string Replaced(std::string text, std::string_view mark, std::string_view w
   return text.replace(place, mark.size(), with);
 }
 
-// What can follow a word, as pairs of the word and its followers; the first word that matches decides. The two scripts
+// What can follow a word, as pairs of the word and its followers; the first word that matches decides. The scripts
 // share it.
 std::string Followers(std::string_view begin, std::string_view between, std::string_view end) {
   const std::vector<std::pair<std::string, std::string>> followers = {
@@ -44,7 +44,8 @@ std::string Followers(std::string_view begin, std::string_view between, std::str
       {"set", "charge-limit quiet-fan"},
       {"charge-limit", "60 80 100"},
       {"quiet-fan", "on off"},
-      {"completion", "bash powershell"},
+      {"completion", "bash zsh fish powershell"},
+      {"trace", "--seconds --level --json"},
   };
   std::string lines;
   for (const auto& [word, list] : followers) {
@@ -62,6 +63,28 @@ _vexahealth() {
   COMPREPLY=($(compgen -W "$list" -- "$word"))
 }
 complete -F _vexahealth vexahealth vexahealth.exe
+)";
+
+constexpr const char* kZsh = R"(# zsh completion of vexahealth; read it with: source <(vexahealth completion zsh)
+_vexahealth() {
+  local list
+  case ${words[CURRENT-1]} in
+@FOLLOWERS@    *) list="@ALL@" ;;
+  esac
+  compadd -- ${=list}
+}
+compdef _vexahealth vexahealth vexahealth.exe
+)";
+
+constexpr const char* kFish = R"(# fish completion of vexahealth; read it with: vexahealth completion fish | source
+function __vexahealth
+  switch (commandline -opc)[-1]
+@FOLLOWERS@    case '*'
+      string split ' ' -- '@ALL@'
+  end
+end
+complete -c vexahealth -f -a '(__vexahealth)'
+complete -c vexahealth.exe -f -a '(__vexahealth)'
 )";
 
 constexpr const char* kPowerShell =
@@ -85,11 +108,13 @@ Register-ArgumentCompleter -Native -CommandName vexahealth, vexahealth.exe -Scri
 
 std::string CompletionScript(std::string_view shell) {
   const std::string all = CommandWords() + " " + kOptions;
-  if (shell == "bash")
-    return Replaced(Replaced(kBash, "@FOLLOWERS@", Followers("    ", ") list=\"", "\" ;;\n")), "@ALL@", all);
-  if (shell == "powershell") {
-    return Replaced(Replaced(kPowerShell, "@FOLLOWERS@", Followers("    '", "' = '", "'\n")), "@ALL@", all);
-  }
+  const auto script = [&all](const char* text, std::string_view begin, std::string_view between, std::string_view end) {
+    return Replaced(Replaced(text, "@FOLLOWERS@", Followers(begin, between, end)), "@ALL@", all);
+  };
+  if (shell == "bash") return script(kBash, "    ", ") list=\"", "\" ;;\n");
+  if (shell == "zsh") return script(kZsh, "    ", ") list=\"", "\" ;;\n");
+  if (shell == "fish") return script(kFish, "    case '", "'\n      string split ' ' -- '", "'\n");
+  if (shell == "powershell") return script(kPowerShell, "    '", "' = '", "'\n");
   return {};
 }
 

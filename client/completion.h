@@ -7,8 +7,8 @@
 
 namespace vexahealth {
 
-// The script for "bash" or "powershell", to be read by that shell; empty for every other word. Commands, options, keys
-// and values are all in it: completing runs nothing.
+// The script for "bash", "zsh", "fish" or "powershell", to be read by that shell; empty for every other word. Commands,
+// options, keys and values are all in it: completing runs nothing.
 [[nodiscard]] std::string CompletionScript(std::string_view shell);
 
 }  // namespace vexahealth

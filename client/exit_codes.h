@@ -15,7 +15,7 @@ enum ExitCode : int {
   // reading of the EC, battery, charger, power or lid is ok. Versions of the library and its driver don't count: they
   // tell nothing about the notebook; nor does what the system itself tells (external power, time, volume) or what the
   // registry keeps of the EC. get: the reading has no value. settings: the firmware answered neither for the charge
-  // limit nor for the quiet fan.
+  // limit nor for the quiet fan. doctor: something keeps the library from working.
   kExitNoReadings = 1,
 
   // Unknown command, option, setting or value.
@@ -37,6 +37,9 @@ enum ExitCode : int {
   // settings set: the firmware accepted, but its quiet fan reads back otherwise, or the charge limit's setting file
   // could not be written.
   kExitNotConfirmed = 7,
+
+  // trace: this system has no event tracing, or does not let this user trace.
+  kExitNoTracing = 8,
 };
 
 }  // namespace vexahealth

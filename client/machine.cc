@@ -56,15 +56,6 @@ bool WriteTo(DWORD stream, std::string_view text) {
   return WriteAll(handle, text);
 }
 
-std::wstring Utf8ToWide(std::string_view text) {
-  if (text.empty()) return {};
-  const int size = static_cast<int>(text.size());
-  const int needed = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0);
-  std::wstring wide(static_cast<size_t>(std::max(needed, 0)), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), needed);
-  return wide;
-}
-
 }  // namespace
 
 std::optional<std::wstring> OwnFolder() {
@@ -76,6 +67,15 @@ std::optional<std::wstring> OwnFolder() {
   if (slash == std::wstring::npos) return std::nullopt;
   path.resize(slash + 1);
   return path;
+}
+
+std::wstring Utf8ToWide(std::string_view text) {
+  if (text.empty()) return {};
+  const int size = static_cast<int>(text.size());
+  const int needed = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<size_t>(std::max(needed, 0)), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), needed);
+  return wide;
 }
 
 std::string WideToUtf8(std::wstring_view text) {

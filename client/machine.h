@@ -18,6 +18,9 @@ namespace vexahealth {
 // Unpaired surrogates become U+FFFD.
 std::string WideToUtf8(std::wstring_view text);
 
+// What is no well-formed UTF-8 becomes U+FFFD.
+std::wstring Utf8ToWide(std::string_view text);
+
 // From the system's active code page; bytes that it does not know become its replacement character.
 std::string ActiveCodePageToUtf8(std::string_view text);
 

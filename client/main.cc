@@ -10,6 +10,7 @@
 #include "client/machine.h"
 #include "client/options.h"
 #include "client/session.h"
+#include "client/support_commands.h"
 
 namespace vexahealth {
 namespace {
@@ -25,6 +26,8 @@ int Run(const std::vector<std::string>& arguments) {
     case Options::Action::kReport: return RunReport(options);
     case Options::Action::kKeys: return Print(options.json() ? KeysJson() : KeysTable(), kExitOk);
     case Options::Action::kCompletion: return Print(CompletionScript(options.shell), kExitOk);
+    case Options::Action::kDoctor: return RunDoctor(options);
+    case Options::Action::kTrace: return RunTrace(options);
     case Options::Action::kReadings:
     case Options::Action::kGet: break;
   }

@@ -35,13 +35,14 @@ constexpr const char* kFooter =
     "it\n"
     "  1  the library is not ready or no reading of the notebook is ok; the reading has no value; the firmware did "
     "not\n"
-    "     answer for its settings\n"
+    "     answer for its settings; doctor found a problem\n"
     "  2  wrong command line\n"
     "  3  VexaWinIO64.dll can't be loaded\n"
     "  4  the result can't be written\n"
     "  5  the firmware does not offer the setting, or does not answer; nothing was changed\n"
     "  6  the firmware refused the change, or did not answer\n"
-    "  7  the firmware accepted the change, but it reads back otherwise or its setting file could not be written";
+    "  7  the firmware accepted the change, but it reads back otherwise or its setting file could not be written\n"
+    "  8  trace: events can't be traced on this system, or not by this user";
 
 constexpr uint32_t kLongestSeconds = 86400;
 
@@ -57,6 +58,8 @@ struct Words {
   std::string setting;
   std::string value;
   std::string key;
+  std::string seconds;
+  std::string level;
 };
 
 class CommandLine {
@@ -108,11 +111,10 @@ class CommandLine {
 
   // What does something else than showing a command's readings.
   Action Other() const {
-    constexpr std::pair<const char*, Action> kOthers[] = {{"get", Action::kGet},
-                                                          {"report", Action::kReport},
-                                                          {"record", Action::kRecord},
-                                                          {"keys", Action::kKeys},
-                                                          {"completion", Action::kCompletion}};
+    constexpr std::pair<const char*, Action> kOthers[] = {
+        {"get", Action::kGet},       {"report", Action::kReport}, {"record", Action::kRecord},
+        {"doctor", Action::kDoctor}, {"trace", Action::kTrace},   {"keys", Action::kKeys},
+        {"completion", Action::kCompletion}};
     for (const auto& [name, action] : kOthers) {
       if (Has(name)) return action;
     }
@@ -129,9 +131,13 @@ class CommandLine {
     CLI::App* record = AddCommand(app_, "record", "Write this machine as a scenario for the simulated notebook");
     record->add_option("file", options.output, "The file to write");
     AddFlag(*record, "--show-serials", options.show_serials, "Don't mask the battery's serial number");
+    AddCommand(app_, "doctor", "Print what decides whether the library works here, in one block to paste");
+    CLI::App* trace = AddCommand(app_, "trace", "Print the library's trace events, of all processes");
+    trace->add_option("--seconds", words.seconds, "How long, 1 to 86400 (10)");
+    trace->add_option("--level", words.level, "1: critical lines only, 4: informational, 5: everything (5)");
     AddCommand(app_, "keys", "List every reading: key, unit, export, metric");
     CLI::App* completion = AddCommand(app_, "completion", "Print a completion script for a shell");
-    completion->add_option("shell", options.shell, "bash or powershell");
+    completion->add_option("shell", options.shell, "bash, zsh, fish or powershell");
   }
 
   static void AddFlag(CLI::App& app, const char* name, bool& flag, const char* description) {
@@ -231,16 +237,32 @@ std::string ReadChange(const Words& words, Options& options) {
   return std::move(parsed.error);
 }
 
+std::string ReadTrace(const Words& words, Options& options) {
+  if (!words.seconds.empty()) {
+    const auto seconds = WholeNumber(words.seconds, 1, kLongestSeconds);
+    if (!seconds) return "--seconds takes 1 to 86400, not \"" + words.seconds + "\"";
+    options.seconds = *seconds;
+  }
+  if (!words.level.empty()) {
+    const auto level = WholeNumber(words.level, 1, 5);
+    if (!level) return "--level takes 1 to 5, not \"" + words.level + "\"";
+    options.level = static_cast<int>(*level);
+  }
+  return {};
+}
+
 std::string ReadRest(const Words& words, Options& options) {
   switch (options.action) {
     case Action::kChange: return ReadChange(words, options);
+    case Action::kTrace: return ReadTrace(words, options);
     case Action::kGet:
       options.key = words.key;
       if (words.key.empty()) return "get: which reading? \"keys\" lists them";
       return FindRow(words.key) == nullptr ? "there is no reading \"" + words.key + "\"; \"keys\" lists them" : "";
     case Action::kRecord: return options.output.empty() ? "record: into which file?" : "";
     case Action::kCompletion:
-      return CompletionScript(options.shell).empty() ? "completion: for which shell, bash or powershell?" : "";
+      return CompletionScript(options.shell).empty() ? "completion: for which shell, bash, zsh, fish or powershell?"
+                                                     : "";
     default: return {};
   }
 }

@@ -22,6 +22,8 @@ struct Options {
   enum class Action {
     kReadings,
     kGet,
+    kDoctor,
+    kTrace,
     kChange,
     kReport,
     kRecord,
@@ -41,6 +43,8 @@ struct Options {
   ChangeRequest change;
   bool show_serials = false;  // kReport, kRecord
   std::string output;         // kReport, kRecord: the file; kReport: empty is standard output
+  uint32_t seconds = 10;      // kTrace
+  int level = 5;              // kTrace
   std::string shell;          // kCompletion
   std::string text;           // the help, or what is wrong
 

@@ -4,7 +4,7 @@
 #   tools/setup.sh x64      the cross compiler, the packaged headers, Wine for x64
 #   tools/setup.sh native   clang with its sanitizers, CMake, GoogleTest
 #   tools/setup.sh arm64    the ARM64 Wine folder and the emulator under it
-#   tools/setup.sh checks   the JSON Schema validator
+#   tools/setup.sh checks   the JSON Schema validator, shells to complete in
 #   tools/setup.sh bindings compilers for Rust and C#, CPython and .NET for Windows
 #   tools/setup.sh fleet    Prometheus
 #   tools/setup.sh mutation the maker of mutants
@@ -44,6 +44,7 @@ setup_arm64() { setup_x64; "$ROOT/tools/setup-arm64.sh"; }
 
 setup_checks() {
   local home=$CACHE/checks-jsonschema-4.17.3
+  need_packages zsh fish
   [ -x "$home/bin/python3" ] && return 0
   need_packages python3 python3-venv
   say "installing the JSON Schema validator"

@@ -70,6 +70,8 @@ document get 0 get battery.rsoc --json
 document usage-2 2 status --bogus --json
 document usage-key 2 get no.such.key --format json
 document usage-set 2 settings set charge-limit 70 --json
+document doctor 0 doctor --json
+document trace 8 trace --json
 document dry-run 0 settings set charge-limit 80 --dry-run --json
 document change 0 settings set charge-limit 80 --json
 for code in 5 6 7; do
@@ -80,7 +82,7 @@ done
 # No library beside the client; one that is none; one that can't be written to.
 cp "$ROOT/build/x64/vexahealth.exe" "$WINEPREFIX/drive_c/Vexa/alone/"
 program=$WINEPREFIX/drive_c/Vexa/alone/vexahealth.exe
-for command in status radio settings "settings set quiet-fan on" "get battery.rsoc" --version; do
+for command in status radio settings "settings set quiet-fan on" "get battery.rsoc" doctor --version; do
   document "alone-${command// /-}" 3 $command --json
 done
 echo "no library" >"$WINEPREFIX/drive_c/Vexa/alone/VexaWinIO64.dll"
