@@ -11,12 +11,12 @@
 namespace vexahealth {
 namespace {
 
-using enum Verdict;
+using enum Grade;
 
 constexpr size_t kNameWidth = 12;
 
-std::string_view VerdictName(Verdict verdict) {
-  switch (verdict) {
+std::string_view GradeName(Grade grade) {
+  switch (grade) {
     case kInfo: return "info";
     case kGood: return "good";
     case kWarning: return "warning";
@@ -149,14 +149,14 @@ std::vector<DoctorCheck> Judge(const DoctorFacts& facts) {
 
 int DoctorExitCode(const DoctorFacts& facts, const std::vector<DoctorCheck>& checks) {
   if (!facts.library.loaded) return kExitNotLoaded;
-  return std::ranges::find(checks, kProblem, &DoctorCheck::verdict) == checks.end() ? kExitOk : kExitNoReadings;
+  return std::ranges::find(checks, kProblem, &DoctorCheck::grade) == checks.end() ? kExitOk : kExitNoReadings;
 }
 
 std::string DoctorText(const DoctorFacts& facts, const std::vector<DoctorCheck>& checks) {
   std::string text = "vexahealth doctor, " + facts.time + "\n";
   for (const DoctorCheck& check : checks) {
-    const std::string_view verdict = VerdictName(check.verdict);
-    text += "  " + std::string(verdict) + std::string(9 - verdict.size(), ' ') + std::string(check.name) +
+    const std::string_view grade = GradeName(check.grade);
+    text += "  " + std::string(grade) + std::string(9 - grade.size(), ' ') + std::string(check.name) +
             std::string(kNameWidth - check.name.size(), ' ') + EscapeForTerminal(check.text, Backslash::kKeep) + "\n";
   }
   return text;
@@ -171,7 +171,7 @@ std::string DoctorJson(const DoctorFacts& facts, const std::vector<DoctorCheck>&
   Json& list = document["checks"] = Json::array();
   for (const DoctorCheck& check : checks) {
     list.push_back(
-        {{"name", check.name}, {"verdict", VerdictName(check.verdict)}, {"text", WellFormedUtf8(check.text)}});
+        {{"name", check.name}, {"verdict", GradeName(check.grade)}, {"text", WellFormedUtf8(check.text)}});
   }
   return Dump(document);
 }

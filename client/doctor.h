@@ -53,11 +53,11 @@ struct DoctorFacts {
   std::vector<FolderFacts> folders;
 };
 
-enum class Verdict { kInfo, kGood, kWarning, kProblem };
+enum class Grade { kInfo, kGood, kWarning, kProblem };
 
 struct DoctorCheck {
   std::string_view name;
-  Verdict verdict = Verdict::kInfo;
+  Grade grade = Grade::kInfo;
   std::string text;
 };
 

@@ -42,7 +42,7 @@ std::string Why(const char* step, ULONG error) {
 }
 
 // Ends the session with it, also when a former client left one behind.
-class Session {
+class EventSession {
  public:
   ULONG Start() {
     Properties properties;
@@ -66,10 +66,10 @@ class Session {
     ControlTraceW(handle_, nullptr, &properties.head, EVENT_TRACE_CONTROL_STOP);
     started_ = false;
   }
-  Session() = default;
-  ~Session() { Stop(); }
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
+  EventSession() = default;
+  ~EventSession() { Stop(); }
+  EventSession(const EventSession&) = delete;
+  EventSession& operator=(const EventSession&) = delete;
 
  private:
   TRACEHANDLE handle_ = 0;
@@ -89,7 +89,7 @@ void WINAPI OnEvent(EVENT_RECORD* record) {
 }  // namespace
 
 std::string Trace(uint32_t seconds, int level, const std::function<void(const TraceEvent&)>& receive) {
-  Session session;
+  EventSession session;
   if (const ULONG error = session.Start(); error != ERROR_SUCCESS) return Why("StartTrace", error);
   if (const ULONG error = session.Enable(level); error != ERROR_SUCCESS) return Why("EnableTraceEx2", error);
   std::wstring name = kSessionName;

@@ -57,7 +57,7 @@ TEST(Doctor, HealthyMachinesHaveNoProblemAndNoWarning) {
   for (const DoctorFacts& facts : {Healthy(), Arm64()}) {
     const std::vector<DoctorCheck> checks = Judge(facts);
     for (const DoctorCheck& check : checks) {
-      EXPECT_TRUE(check.verdict == Verdict::kGood || check.verdict == Verdict::kInfo) << check.text;
+      EXPECT_TRUE(check.grade == Grade::kGood || check.grade == Grade::kInfo) << check.text;
     }
     EXPECT_EQ(DoctorExitCode(facts, checks), kExitOk);
   }
@@ -68,39 +68,39 @@ TEST(Doctor, HealthyMachinesHaveNoProblemAndNoWarning) {
 TEST(Doctor, EachFaultIsToldWhereItIs) {
   struct Fault {
     const char* check;
-    Verdict verdict;
+    Grade grade;
     const char* words;
     void (*make)(DoctorFacts&);
     int exit_code;
   };
   using State = ServiceFacts::State;
   const Fault faults[] = {
-      {"machine", Verdict::kProblem, "made for this", [](DoctorFacts& f) { f.native_machine = "ARM64"; }, 1},
-      {"rights", Verdict::kWarning, "no administrator", [](DoctorFacts& f) { f.elevated = false; }, 0},
-      {"route", Verdict::kWarning, "Arch", [](DoctorFacts& f) { f.library.route = Route::kUnknown; }, 0},
-      {"driver file", Verdict::kProblem, "is missing", [](DoctorFacts& f) { f.driver_file_exists = false; }, 1},
-      {"service", Verdict::kProblem, "not installed", [](DoctorFacts& f) { f.service.state = State::kMissing; }, 1},
-      {"service", Verdict::kProblem, "stopped", [](DoctorFacts& f) { f.service.state = State::kStopped; }, 1},
-      {"service", Verdict::kWarning, "error 5",
+      {"machine", Grade::kProblem, "made for this", [](DoctorFacts& f) { f.native_machine = "ARM64"; }, 1},
+      {"rights", Grade::kWarning, "no administrator", [](DoctorFacts& f) { f.elevated = false; }, 0},
+      {"route", Grade::kWarning, "Arch", [](DoctorFacts& f) { f.library.route = Route::kUnknown; }, 0},
+      {"driver file", Grade::kProblem, "is missing", [](DoctorFacts& f) { f.driver_file_exists = false; }, 1},
+      {"service", Grade::kProblem, "not installed", [](DoctorFacts& f) { f.service.state = State::kMissing; }, 1},
+      {"service", Grade::kProblem, "stopped", [](DoctorFacts& f) { f.service.state = State::kStopped; }, 1},
+      {"service", Grade::kWarning, "error 5",
        [](DoctorFacts& f) { f.service = {.state = State::kUnknown, .path = {}, .error = 5}; }, 0},
-      {"service", Verdict::kWarning, "another file",
+      {"service", Grade::kWarning, "another file",
        [](DoctorFacts& f) { f.service.path = "\\??\\C:\\Old\\VexaSAIO.sys"; }, 0},
-      {"start", Verdict::kProblem, "answered 0", [](DoctorFacts& f) { f.library.ready = false; }, 1},
-      {"start", Verdict::kProblem, "does not tell", [](DoctorFacts& f) { f.driver_version = 0; }, 1},
-      {"EC", Verdict::kProblem, "not answer", [](DoctorFacts& f) { f.table_version = VEXA_NO_ANSWER; }, 1},
-      {"EC", Verdict::kWarning, "no healthy table", [](DoctorFacts& f) { f.table_version = 0; }, 0},
-      {"folder", Verdict::kWarning, "Everyone, Users",
+      {"start", Grade::kProblem, "answered 0", [](DoctorFacts& f) { f.library.ready = false; }, 1},
+      {"start", Grade::kProblem, "does not tell", [](DoctorFacts& f) { f.driver_version = 0; }, 1},
+      {"EC", Grade::kProblem, "not answer", [](DoctorFacts& f) { f.table_version = VEXA_NO_ANSWER; }, 1},
+      {"EC", Grade::kWarning, "no healthy table", [](DoctorFacts& f) { f.table_version = 0; }, 0},
+      {"folder", Grade::kWarning, "Everyone, Users",
        [](DoctorFacts& f) { f.folders[0].writers = {"Everyone", "Users"}; }, 0},
-      {"folder", Verdict::kWarning, "can't be read", [](DoctorFacts& f) { f.folders[0].known = false; }, 0},
+      {"folder", Grade::kWarning, "can't be read", [](DoctorFacts& f) { f.folders[0].known = false; }, 0},
   };
   for (const Fault& fault : faults) {
     DoctorFacts facts = Healthy();
     fault.make(facts);
     const std::vector<DoctorCheck> checks = Judge(facts);
-    EXPECT_EQ(At(checks, fault.check).verdict, fault.verdict) << fault.words;
+    EXPECT_EQ(At(checks, fault.check).grade, fault.grade) << fault.words;
     EXPECT_NE(At(checks, fault.check).text.find(fault.words), std::string::npos) << At(checks, fault.check).text;
     EXPECT_EQ(DoctorExitCode(facts, checks), fault.exit_code) << fault.words;
-    const auto bad = [](const DoctorCheck& check) { return check.verdict >= Verdict::kWarning; };
+    const auto bad = [](const DoctorCheck& check) { return check.grade >= Grade::kWarning; };
     EXPECT_EQ(std::ranges::count_if(checks, bad), 1) << fault.words;
   }
 }
@@ -120,9 +120,9 @@ TEST(Doctor, TheClassesThatTheRouteNeeds) {
   using State = WmiClassFacts::State;
   DoctorFacts facts = Arm64();
   facts.classes[0].state = State::kMissing;
-  EXPECT_EQ(At(Judge(facts), "WMI").verdict, Verdict::kProblem);
+  EXPECT_EQ(At(Judge(facts), "WMI").grade, Grade::kProblem);
   facts.classes[0] = {.name = "ATD_STS", .state = State::kUnknown, .error = 0x80041003};
-  EXPECT_EQ(At(Judge(facts), "WMI").verdict, Verdict::kWarning);
+  EXPECT_EQ(At(Judge(facts), "WMI").grade, Grade::kWarning);
   EXPECT_NE(At(Judge(facts), "WMI").text.find("0x80041003"), std::string::npos);
 }
 
@@ -131,8 +131,8 @@ TEST(Doctor, WithoutALibraryTheRestIsStillTold) {
   facts.library = {.path = "C:\\Vexa\\VexaWinIO64.dll"};
   facts.library_error = "missing \x1b[2J";
   const std::vector<DoctorCheck> checks = Judge(facts);
-  EXPECT_EQ(At(checks, "library").verdict, Verdict::kProblem);
-  EXPECT_EQ(At(checks, "folder").verdict, Verdict::kGood);
+  EXPECT_EQ(At(checks, "library").grade, Grade::kProblem);
+  EXPECT_EQ(At(checks, "folder").grade, Grade::kGood);
   EXPECT_EQ(DoctorExitCode(facts, checks), kExitNotLoaded);
   EXPECT_EQ(DoctorText(facts, checks).find('\x1b'), std::string::npos);
   const auto json = nlohmann::json::parse(DoctorJson(facts, checks));
