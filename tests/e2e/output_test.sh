@@ -32,8 +32,17 @@ client() {
 # The driver reads a scenario when its first handle is opened, and counts its rules from there only when the file is new.
 fresh() { [ ! -f "$image" ] || touch "$image"; }
 
+# set_route x64|ARM64: where the library asks from now on.
+set_route() {
+  route=$1
+  quiet_wine reg add 'HKLM\SOFTWARE\Vexa\Config' /v Arch /d "$route" /f
+  quiet_wine reg delete 'HKLM\SOFTWARE\Vexa\Vexa System Control Interface\VexaSystemAnalysis' /f || true
+}
+
 "$python" "$ROOT/tests/e2e/scenario_variants.py" "$work/scenarios" >"$work/list"
-while read -r name expected command formats; do
+route=x64
+while read -r name expected command formats wanted_route; do
+  [ "$route" = "$wanted_route" ] || set_route "$wanted_route"
   install_scenario "$work/scenarios/$name.json"
   options=()
   [ "$command" != status ] && [ "$command" != battery ] || options=(--no-wait)
@@ -45,6 +54,7 @@ while read -r name expected command formats; do
   done
   echo "$expected" "${codes[@]}" >"$work/out/$name.codes"
 done <"$work/list"
+set_route x64
 
 verdict() {  # verdict NAME OK
   if [ "$2" = 0 ]; then passed=$((passed + 1)); else echo "FAIL $1"; failed=$((failed + 1)); fi
@@ -65,6 +75,8 @@ document help 0 --help --json
 document version 0 --version --json
 document keys 0 keys --json
 document all 0 all --json --no-wait
+document report 0 report --json --no-wait
+document report-shown 0 report --json --no-wait --show-serials
 document settings 0 settings --json
 document get 0 get battery.rsoc --json
 document usage-2 2 status --bogus --json

@@ -1,7 +1,8 @@
 """scenario_variants.py FOLDER: writes variants of the shipped scenarios, at least 40 with the shipped ones themselves.
 
 Each changes one thing that the client's output depends on: registers, versions, failing exchanges, hostile texts.
-Prints "NAME EXIT_CODE COMMAND FORMATS" for each, the exit code being what the command promises for it.
+Prints "NAME EXIT_CODE COMMAND FORMATS ROUTE" for each, the exit code being what the command promises for it; those of the
+firmware's route come last.
 """
 
 import copy
@@ -11,7 +12,7 @@ import re
 import sys
 
 SHIPPED = pathlib.Path(__file__).resolve().parents[2] / "notebook" / "scenarios"
-HOSTILE_NAMES = ["=cmd()", "\"},{\"", "<script>", "a,b;c", "x\\\\y", "%s%n%x", "' OR 1=1"]
+HOSTILE_NAMES = ["=cmd()", "\"},{\"", "<script>", "a,b;c\\\\y%s%n"]
 HOSTILE_TERMINAL = "\u001b[2J\u202e\r\n\u009b31m<b>`\"'\\"
 
 
@@ -61,6 +62,18 @@ def gauge_name(**value):
     return change
 
 
+def firmware_gauge(words):
+    """Replaces words of the gauge that the firmware reads; None: all of it is gone."""
+    def change(scenario):
+        ec = scenario["firmware"]["ec"]
+        if words is None:
+            ec["gauge"], ec["tables"] = [], []
+        for row in ec["gauge"]:
+            if int(row["register"], 0) in words:
+                row["word"] = words[int(row["register"], 0)]
+    return change
+
+
 def radio_name(name):
     """The Wi-Fi adapter, its network and the network's name in one hostile text."""
     def change(scenario):
@@ -104,12 +117,10 @@ def settings_variants():
 
 
 def variants():
-    """Name, scenario, exit code, command."""
-    for path in sorted(SHIPPED.glob("*.json")):
-        name = path.stem
-        # The firmware's part alone: on x64 an EC without entries answers 0 everywhere, so there is no table.
+    """Name, scenario, exit code, command. On the firmware's route: those whose names begin with "arm64"."""
+    for name in sorted(path.stem for path in SHIPPED.glob("*.json") if "arm64" not in path.stem):
         yield name, load(name), 1 if name == "silent-ec" else 0, "status"
-    for version in (0, 1, 7, 9, 10, 13, 14, 22, 23, 27, 255):
+    for version in (7, 9, 10, 13, 14, 22, 23, 255):
         yield f"version-{version}", variant("healthy-x64", table_version(version)), 0, "status"
     for what, offset, word in (("empty", 0x30, 0), ("full", 0x30, 100), ("overfull", 0x30, 101), ("rest", 0x38, 0),
                                ("discharge", 0x38, 0xF000), ("minus-one", 0x38, 0xFFFF), ("freezing", 0x34, 2631),
@@ -133,10 +144,13 @@ def variants():
             ("short-answers", with_rule({"control_code": "0x80102070"}, {"answer_length": 0}), 0),
             ("no-open", with_rule({"open": "VexaSAIO"}, {"fail": "0xC0000022"}), 1)):
         yield name, variant("healthy-x64", change), code, "status"
+    for what, words, code in (("healthy", {}, 0), ("empty", {0x0D: 0, 0x0F: 0}, 0), ("failed-calls", {0x0D: 0, 0x09: 0}, 0),
+                              ("discharge", {0x0A: 0xF000}, 0), ("silent", None, 1)):
+        yield f"arm64-{what}", variant("healthy-arm64", firmware_gauge(words)), code, "status"
 
 
 # Those that every format is looked at for; the others are compared as table and JSON.
-IN_ALL_FORMATS = re.compile("healthy-x64|hostile-answers|silent-ec|no-battery|version-22|contract-spr|name-[01]|name-controls|radio-.|product-.")
+IN_ALL_FORMATS = re.compile("healthy-x64|hostile-answers|silent-ec|no-battery|version-22|contract-spr|name-[01]|name-controls|radio-.|product-.|arm64-healthy")
 
 
 def main(folder):
@@ -146,7 +160,8 @@ def main(folder):
         (out / f"{name}.json").write_text(json.dumps(scenario), encoding="utf-8")
     for name, scenario, exit_code, command in variants():
         (out / f"{name}.json").write_text(json.dumps(scenario), encoding="utf-8")
-        print(name, exit_code, command, "all" if IN_ALL_FORMATS.fullmatch(name) else "two")
+        print(name, exit_code, command, "all" if IN_ALL_FORMATS.fullmatch(name) else "two",
+              "ARM64" if name.startswith("arm64") else "x64")
 
 
 if __name__ == "__main__":
