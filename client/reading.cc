@@ -40,10 +40,10 @@ std::optional<int64_t> NumberOf(std::span<const Reading> readings, std::string_v
 bool TellsNotebook(const Row& row, Route route) {
   switch (row.section) {
     case Section::kLibrary:
+    case Section::kSystem:  // the tablet mode too: boards of other makers have a constant in its place
     case Section::kApplication: return false;
     // What the registry keeps is told whether or not the EC answers.
     case Section::kController: return !row.key.starts_with("ec.kept_") && row.key != "ec.firmware_revision";
-    case Section::kSystem: return row.gate == Gate::kController;
     case Section::kChargeLimit:
     case Section::kQuietFan: return !row.key.ends_with(".remembered");
     default: break;
