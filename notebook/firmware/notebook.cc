@@ -22,13 +22,19 @@ constexpr wchar_t kStateLock[] = L"Global\\vexa-firmware-state";
 constexpr wchar_t kReleaseEvent[] = L"Global\\vexa-firmware-release";
 constexpr DWORD kLockTimeoutMs = 10000;
 
+struct CloseKept {
+  void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+// Until this library is unloaded, which COM does after each call that enters and leaves it.
+using KeptHandle = std::unique_ptr<void, CloseKept>;
+
 // One process at a time. A process that dies while it holds the lock leaves a whole state behind, as files are replaced
 // in one step.
 class StateLock {
  public:
   StateLock() {
-    static const HANDLE mutex = CreateMutexW(nullptr, FALSE, kStateLock);
-    mutex_ = mutex;
+    static const KeptHandle mutex(CreateMutexW(nullptr, FALSE, kStateLock));
+    mutex_ = mutex.get();
     const DWORD wait = WaitForSingleObject(mutex_, kLockTimeoutMs);
     held_ = wait == WAIT_OBJECT_0 || wait == WAIT_ABANDONED;
   }
@@ -45,8 +51,8 @@ class StateLock {
 
 // Opened once and kept, so that the event exists from the first hang on.
 HANDLE ReleaseEvent() {
-  static const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, kReleaseEvent);
-  return event;
+  static const KeptHandle event(CreateEventW(nullptr, TRUE, FALSE, kReleaseEvent));
+  return event.get();
 }
 
 std::string Subject(const Exchange& exchange) {
