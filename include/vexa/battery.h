@@ -24,7 +24,8 @@
  * through the EC's SMBus pass-through on x64 machines: BatteryHealthyTable_SafetyStatus, _PFStatus, _DeviceName and
  * _ManufactureNameBySMBus. The EC fetches one value for all programs on the machine and hands it out byte by byte; a
  * second of these calls in between makes the first one go on with the other's bytes, and nothing shows it. Callers let no
- * two of them overlap.
+ * two of them overlap, nor two calls of BatteryHealthyTable_BatteryInformation: each asks the EC to fetch anew what the
+ * other reads.
  */
 #ifndef VEXA_BATTERY_H_
 #define VEXA_BATTERY_H_
@@ -160,7 +161,8 @@ uint32_t BatteryHealthyTable_LidStatus(void) VEXA_NOEXCEPT;
  * The 32 bytes of the battery's manufacture information as "0x.." texts in lower-case hexadecimal without leading
  * zeros, joined by commas. The EC fetches them from the gauge on request, so this call waits: up to 3 pauses of
  * 1000 ms. Needs table version 10. Empty when the version is below that, the EC reports an abnormal precharge
- * time-out, or the data does not become ready. A single byte that can't be read reads as 0x0.
+ * time-out, or the data does not become ready. A single byte that can't be read reads as 0x0, and so may
+ * any of them when two calls overlap: callers let no two overlap.
  */
 VexaText BatteryHealthyTable_BatteryInformation(void) VEXA_NOEXCEPT;
 
