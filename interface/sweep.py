@@ -1,4 +1,4 @@
-"""tests/sweep/exports.inc: a row per export, with typical arguments and what the catalogue allows it to answer."""
+"""tests/sweep/exports.inc: a row per export, with typical arguments and what the catalogue says of it and its answers."""
 
 import json
 
@@ -28,7 +28,7 @@ def row(export):
     arguments = ", ".join(argument(a) for a in export.arguments)
     numbers = [f"{{{r['value'] & 0xFFFFFFFF:#x}u, \"{r.get('route', '')}\"}}" for r in export.reserved_numbers]
     texts = [json.dumps(r["text"]) for r in export.reserved_texts]
-    facts = [f"\"{fact}\"" for fact in (export.family, export.result["kind"])]
+    facts = [f"\"{fact}\"" for fact in (export.family, export.result["kind"], export.threads, export.effect)]
     failing = [f"{{\"{f['as']}\", {f.get('value', 0)}u, \"{f.get('text', '')}\", \"{f.get('route', '')}\"}}"
                for f in export.failing]
     facts += [listed(f"\"{route}\"" for route in export.routes.values()), listed(numbers), listed(texts), listed(failing)]

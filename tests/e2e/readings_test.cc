@@ -29,7 +29,7 @@ void WINAPI CountedSecond(DWORD milliseconds) {
 std::string AnswerOfText(const Library& library, const std::string& name, size_t capacity) {
   const GuardedBuffer buffer(capacity);
   const uint32_t answer = library.Text(name.c_str(), buffer.data());
-  EXPECT_TRUE(buffer.IsTerminated() && buffer.IsUntouchedBefore()) << name;
+  EXPECT_TRUE(buffer.IsTerminated() && buffer.IsUntouchedAround()) << name;
   const std::string text(buffer.data(), strnlen(buffer.data(), capacity));
   if (answer == 0) EXPECT_EQ(text, "") << name;
   return answer == 0 ? "-" : text.empty() ? "empty" : text;

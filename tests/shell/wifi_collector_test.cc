@@ -318,13 +318,13 @@ class WifiCallerBuffers : public WifiCollector {
     const GuardedBuffer buffer(VEXA_WIFI_CARD_NAME_CAPACITY * sizeof(wchar_t));
     auto* const name = reinterpret_cast<wchar_t*>(buffer.data());
     EXPECT_EQ(RF_WiFiCardName(name), 0u);
-    EXPECT_TRUE(buffer.IsUntouchedBefore());
+    EXPECT_TRUE(buffer.IsUntouchedAround());
     return name;
   }
   static std::string GuardedMac() {
     const GuardedBuffer buffer(VEXA_WIFI_AP_MAC_CAPACITY);
     RF_AP_MAC(buffer.data());
-    EXPECT_TRUE(buffer.IsUntouchedBefore());
+    EXPECT_TRUE(buffer.IsUntouchedAround());
     EXPECT_TRUE(buffer.IsTerminated());
     return buffer.data();
   }

@@ -95,7 +95,8 @@ struct FakeWmiHook {
 };
 
 FakeWmi::FakeWmi() : count_tasks(CountTasks), go_on_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-  // A task of an earlier call on the system's own WMI may still have to leave its apartment, which would be counted here.
+  // A task of an earlier call on the system's own WMI may still have to leave its apartment, which would be counted
+  // here.
   EXPECT_TRUE(WaitUntil([this] { return count_tasks().live == 0; })) << "task of an earlier call still lives";
   g_wmi = this;
   rows[L"Select * from VexaObxWmi_WMNB"] = {{{L"__PATH", Text(L"VexaObxWmi_WMNB.InstanceName=\"100%s\"")}}};
@@ -135,6 +136,11 @@ int FakeWmi::References() {
   int references = 0;
   for (const auto& object : objects_) references += object->references;
   return references;
+}
+
+void FakeWmi::ForgetReleased() {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(objects_, [](const auto& object) { return object->references == 0; });
 }
 
 void FakeWmi::Complain(const std::string& fault) {

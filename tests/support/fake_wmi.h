@@ -66,6 +66,8 @@ class FakeWmi {
   int apartments_of_tasks() const { return apartments_of_tasks_; }
   // References to WMI objects that are held now.
   int References();
+  // Ends objects that nobody holds any more; until then they are watched.
+  void ForgetReleased();
 
   // For the fakes. ---------------------------------------------------------------------------------------------------
 

@@ -9,11 +9,13 @@
 
 namespace vexa::test {
 
-// Its last byte is the last one of a page; the pages on both sides can't be touched, and the bytes between
-// the first of them and the buffer are watched.
+// Its last byte is the last one of a page, or its first byte the first one; the pages on both sides can't be touched,
+// and the other bytes on its own pages are watched.
 class GuardedBuffer {
  public:
-  explicit GuardedBuffer(size_t size) : size_(size), inside_((size + kPage - 1) / kPage * kPage) {
+  enum class At { kEnd, kBegin };
+  explicit GuardedBuffer(size_t size, At at = At::kEnd)
+      : size_(size), inside_((size + kPage - 1) / kPage * kPage), offset_(at == At::kEnd ? inside_ - size : 0) {
     pages_ = static_cast<char*>(VirtualAlloc(nullptr, inside_ + 2 * kPage, MEM_RESERVE | MEM_COMMIT, PAGE_NOACCESS));
     DWORD before = 0;
     VirtualProtect(pages_ + kPage, inside_, PAGE_READWRITE, &before);
@@ -24,17 +26,20 @@ class GuardedBuffer {
   GuardedBuffer(const GuardedBuffer&) = delete;
   GuardedBuffer& operator=(const GuardedBuffer&) = delete;
 
-  char* data() const { return pages_ + kPage + inside_ - size_; }
+  char* data() const { return pages_ + kPage + offset_; }
+  static bool IsFill(char byte) { return byte == kFill; }
   bool IsTerminated() const { return std::find(data(), data() + size_, '\0') != data() + size_; }
-  bool IsUntouchedBefore() const { return std::all_of(pages_ + kPage, data(), IsFill); }
+  bool IsUntouchedAround() const {
+    return std::all_of(pages_ + kPage, data(), IsFill) && std::all_of(data() + size_, pages_ + kPage + inside_, IsFill);
+  }
   bool IsUntouched() const { return std::all_of(data(), data() + size_, IsFill); }
 
  private:
   static constexpr size_t kPage = 4096;
   static constexpr char kFill = 0x5A;
-  static bool IsFill(char byte) { return byte == kFill; }
   size_t size_;
   size_t inside_;  // whole pages
+  size_t offset_;
   char* pages_;
 };
 

@@ -53,4 +53,17 @@ size_t RunningThreads() {
   return threads;
 }
 
+HeapUse ProcessHeap() {
+  HeapUse use;
+  PROCESS_HEAP_ENTRY entry{};
+  HeapLock(GetProcessHeap());
+  while (HeapWalk(GetProcessHeap(), &entry)) {
+    if (!(entry.wFlags & PROCESS_HEAP_ENTRY_BUSY)) continue;
+    ++use.blocks;
+    use.bytes += entry.cbData;
+  }
+  HeapUnlock(GetProcessHeap());
+  return use;
+}
+
 }  // namespace vexa::test

@@ -10,6 +10,13 @@ namespace vexa::test {
 size_t OpenHandles();
 size_t RunningThreads();
 
+struct HeapUse {
+  size_t blocks = 0, bytes = 0;
+  bool operator==(const HeapUse&) const = default;
+};
+// Of the process heap: COM's texts, arrays and task memory live there, and the C runtime's blocks.
+HeapUse ProcessHeap();
+
 }  // namespace vexa::test
 
 #endif  // VEXA_TESTS_SUPPORT_PROCESS_COUNTS_H_

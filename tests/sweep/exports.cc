@@ -15,15 +15,14 @@ std::string Describe(const Answer& answer) {
   return text;
 }
 
-char* Arguments::Add(size_t size, Kind kind) {
-  buffers_.push_back({std::make_unique<GuardedBuffer>(size), size, kind});
-  return buffers_.back().memory->data();
-}
-
 void Arguments::TakeBuffers(Answer& answer) {
   for (const Buffer& buffer : buffers_) {
     const std::string_view bytes(buffer.memory->data(), buffer.size);
-    if (!buffer.memory->IsUntouchedBefore()) answer.faults.emplace_back("written before the buffer");
+    if (!buffer.memory->IsUntouchedAround()) answer.faults.emplace_back("written outside of the buffer");
+    const std::string_view behind = bytes.substr(buffer.documented);
+    if (std::ranges::any_of(behind, [](char byte) { return !GuardedBuffer::IsFill(byte); })) {
+      answer.faults.emplace_back("written behind the documented capacity");
+    }
     if (buffer.memory->IsUntouched()) {
       answer.texts.emplace_back(kUntouched);
     } else if (buffer.kind == Kind::kWide) {

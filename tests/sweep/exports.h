@@ -30,20 +30,25 @@ struct Answer {
 };
 std::string Describe(const Answer& answer);
 
-// The arguments of one call: every buffer ends at a page that can't be touched.
+// How a caller provides buffers.
+struct Layout {
+  size_t extra = 0;  // units beyond the documented capacity
+  GuardedBuffer::At at = GuardedBuffer::At::kEnd;
+  bool null = false;  // no buffers at all
+};
+
+// The arguments of one call: every buffer has a page on each side that can't be touched.
 class Arguments {
  public:
   // What to pass for a text argument, by the argument's name.
   using TextSource = std::function<const wchar_t*(std::string_view name)>;
-  explicit Arguments(TextSource texts) : texts_(std::move(texts)) {}
+  explicit Arguments(TextSource texts, Layout layout = {}) : texts_(std::move(texts)), layout_(layout) {}
 
-  char* Narrow(size_t capacity) { return reinterpret_cast<char*>(Add(capacity, Kind::kNarrow)); }
-  wchar_t* Wide(size_t capacity) { return reinterpret_cast<wchar_t*>(Add(capacity * sizeof(wchar_t), Kind::kWide)); }
-  uint32_t* Slots(size_t count) { return reinterpret_cast<uint32_t*>(Add(count * sizeof(uint32_t), Kind::kBytes)); }
-  VexaPdIcPartNumber* Record() {
-    return reinterpret_cast<VexaPdIcPartNumber*>(Add(sizeof(VexaPdIcPartNumber), Kind::kBytes));
-  }
-  wchar_t** Allocated() { return &allocated_; }
+  char* Narrow(size_t capacity) { return Add<char>(capacity, Kind::kNarrow); }
+  wchar_t* Wide(size_t capacity) { return Add<wchar_t>(capacity, Kind::kWide); }
+  uint32_t* Slots(size_t count) { return Add<uint32_t>(count, Kind::kBytes); }
+  VexaPdIcPartNumber* Record() { return Add<VexaPdIcPartNumber>(1, Kind::kBytes); }
+  wchar_t** Allocated() { return layout_.null ? nullptr : &allocated_; }
   const wchar_t* Text(std::string_view name) { return texts_(name); }
 
   // Carries the call out, and takes what it answered.
@@ -68,13 +73,20 @@ class Arguments {
   enum class Kind { kNarrow, kWide, kBytes };
   struct Buffer {
     std::unique_ptr<GuardedBuffer> memory;
-    size_t size;
+    size_t size, documented;
     Kind kind;
   };
-  char* Add(size_t size, Kind kind);
+  template <typename Unit>
+  Unit* Add(size_t count, Kind kind) {
+    if (layout_.null) return nullptr;
+    const size_t size = (count + layout_.extra) * sizeof(Unit);
+    buffers_.push_back({std::make_unique<GuardedBuffer>(size, layout_.at), size, count * sizeof(Unit), kind});
+    return reinterpret_cast<Unit*>(buffers_.back().memory->data());
+  }
   void TakeBuffers(Answer& answer);
 
   TextSource texts_;
+  Layout layout_;
   std::vector<Buffer> buffers_;
   wchar_t* allocated_ = nullptr;
 };
@@ -95,7 +107,7 @@ struct PartialAnswer {
 struct Export {
   const char* name;
   Answer (*call)(FARPROC function, Arguments& a);
-  std::string_view family, kind;
+  std::string_view family, kind, threads, effect;
   std::string_view routes[2];  // by machine: x64, arm64
   std::vector<ReservedNumber> reserved;
   std::vector<std::string_view> reserved_texts;

@@ -244,18 +244,21 @@ void FakeSystem::EnableTracing() {
   g_enable(nullptr, kEnableProvider, kVerbose, 0, 0, nullptr, nullptr);
 }
 
+void FakeSystem::UseLongTexts(const std::wstring& text) { long_text_ = text; }
+
 void FakeSystem::Reset(const std::wstring& arch) {
-  const auto text = [](const std::wstring& value) {
-    return Value{REG_SZ, std::string(reinterpret_cast<const char*>(value.c_str()), (value.size() + 1) * 2)};
+  const auto store = [this](const wchar_t* key, const wchar_t* name, const std::wstring& text) {
+    values_[{key, name}] = {REG_SZ, std::string(reinterpret_cast<const char*>(text.c_str()), (text.size() + 1) * 2)};
   };
+  const auto of = [this](const wchar_t* usual) { return long_text_.empty() ? std::wstring(usual) : long_text_; };
   keys_.clear();
   values_.clear();
-  values_[{L"software\\vexa\\config", L"other"}] = text(L"");
-  if (!arch.empty()) values_[{L"software\\vexa\\config", L"arch"}] = text(arch);
-  values_[{kAnalysisKey, L"vexa\\user"}] = text(L"C:\\Program Files\\Vexa");
-  values_[{kHotkeysKey, L"chargingrate"}] = text(L"80");
-  values_[{kHotkeysKey, L"quietfan"}] = text(L"1");
-  values_[{kDriverKey, L"driverversion"}] = text(L"3.1.22.0");
+  store(L"software\\vexa\\config", L"other", L"");
+  if (!arch.empty()) store(L"software\\vexa\\config", L"arch", arch);
+  store(kAnalysisKey, L"vexa\\user", of(L"C:\\Program Files\\Vexa"));
+  store(kHotkeysKey, L"chargingrate", of(L"80"));
+  store(kHotkeysKey, L"quietfan", of(L"1"));
+  store(kDriverKey, L"driverversion", of(L"3.1.22.0"));
 }
 
 // ---- The driver and the firmware's ACPI device ----

@@ -24,6 +24,9 @@ class FakeSystem {
   // As at the beginning: the route's value, and nothing that was written since. An empty route: not detected yet.
   void Reset(const std::wstring& arch);
 
+  // Stored texts are this one from now on.
+  void UseLongTexts(const std::wstring& text);
+
   USHORT machine = IMAGE_FILE_MACHINE_AMD64;
 
   // A session takes every line of the library, once it has registered.
@@ -52,6 +55,7 @@ class FakeSystem {
   uintptr_t next_handle_ = 0x7C000000;
   std::map<uintptr_t, std::wstring> keys_;  // that are open
   std::map<Name, Value> values_;
+  std::wstring long_text_;
   std::map<std::string, std::unique_ptr<ImportPatch>> patches_;
 };
 

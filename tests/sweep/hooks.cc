@@ -13,6 +13,7 @@
 #include <shlwapi.h>
 #include <wlanapi.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <memory>
@@ -98,6 +99,19 @@ void Close(const char* kind, Handle handle) {
   Ledger::Get().Closed(kind, Word(handle));
 }
 
+// Every hook, and where it keeps what it stands in for.
+struct Known {
+  const char* name;
+  void (*hook)();
+  void** original;
+};
+std::vector<Known> g_known;
+
+template <typename Call>
+struct Registered {
+  Registered();
+};
+
 // A function that the library calls. The code behind its way of failing runs after it has succeeded or failed by
 // itself, with its result and its arguments.
 #define VEXA_CALL(function, failing, ...)                                               \
@@ -109,7 +123,8 @@ void Close(const char* kind, Handle handle) {
     static void Done([[maybe_unused]] Result result, [[maybe_unused]] const Tuple& a) { \
       __VA_ARGS__;                                                                      \
     }                                                                                   \
-  };
+  };                                                                                    \
+  const Registered<function##Call> k##function##Registered;
 #define VEXA_ARGUMENT(index) std::get<index>(a)
 #define VEXA_OPENS(function, failing, kind) VEXA_CALL(function, failing, Open(kind, result))
 #define VEXA_FILLS(function, failing, kind, index) \
@@ -285,6 +300,12 @@ struct Hook<Call, Result (*)(Arguments...)> {
   }
 };
 
+template <typename Call>
+Registered<Call>::Registered() {
+  g_known.push_back({Call::kName, reinterpret_cast<void (*)()>(reinterpret_cast<void*>(Hook<Call>::Run)),
+                     reinterpret_cast<void**>(&Hook<Call>::original)});
+}
+
 // ---- Thread pool ----
 
 std::atomic<int> g_running_tasks = 0;
@@ -318,39 +339,6 @@ BOOL WINAPI Submit(PTP_SIMPLE_CALLBACK callback, PVOID context, PTP_CALLBACK_ENV
 
 // ---- Functions that are looked up ----
 
-struct LookedUp {
-  const char* name;
-  FARPROC hook;
-  void (*set)(FARPROC original);
-};
-template <typename Call>
-LookedUp LookedUpAs() {
-  return {Call::kName, reinterpret_cast<FARPROC>(reinterpret_cast<void*>(Hook<Call>::Run)), [](FARPROC original) {
-            Hook<Call>::original = reinterpret_cast<decltype(Hook<Call>::original)>(reinterpret_cast<void*>(original));
-          }};
-}
-const LookedUp kLookedUp[] = {
-    LookedUpAs<WlanOpenHandleCall>(),
-    LookedUpAs<WlanEnumInterfacesCall>(),
-    LookedUpAs<WlanQueryInterfaceCall>(),
-    LookedUpAs<WlanGetNetworkBssListCall>(),
-    LookedUpAs<WlanFreeMemoryCall>(),
-    LookedUpAs<BluetoothFindFirstRadioCall>(),
-    LookedUpAs<BluetoothFindNextRadioCall>(),
-    LookedUpAs<BluetoothFindRadioCloseCall>(),
-    LookedUpAs<BluetoothGetRadioInfoCall>(),
-    LookedUpAs<BluetoothFindFirstDeviceCall>(),
-    LookedUpAs<BluetoothFindNextDeviceCall>(),
-    LookedUpAs<BluetoothFindDeviceCloseCall>(),
-    LookedUpAs<WifiGetAdapterListCall>(),
-    LookedUpAs<WifiGetBSSConfigurationStatisticsCall>(),
-    LookedUpAs<DLL_findRealtekWlanNicsCall>(),
-    LookedUpAs<DLL_QueryOidCall>(),
-    LookedUpAs<WldpQueryWindowsLockdownModeCall>(),
-    LookedUpAs<GetPackagesByPackageFamilyCall>(),
-    LookedUpAs<IsWow64Process2Call>(),
-};
-
 decltype(&GetProcAddress) g_get_address = nullptr;
 
 FARPROC WINAPI GetAddress(HMODULE module, LPCSTR name) {
@@ -362,12 +350,10 @@ FARPROC WINAPI GetAddress(HMODULE module, LPCSTR name) {
   const Injector::Inside inside;
   const FARPROC found = g_get_address(module, name);
   if (found == nullptr) return nullptr;
-  for (const LookedUp& function : kLookedUp) {
-    if (std::string_view(function.name) != name) continue;
-    function.set(found);
-    return function.hook;
-  }
-  return found;
+  const auto known = std::ranges::find(g_known, std::string_view(name), &Known::name);
+  if (known == g_known.end()) return found;
+  *known->original = reinterpret_cast<void*>(found);
+  return reinterpret_cast<FARPROC>(known->hook);
 }
 
 // ---- Heap ----
@@ -393,37 +379,14 @@ void* AlignedMalloc(size_t size, size_t alignment) {
 
 std::vector<std::unique_ptr<ImportPatch>> g_patches;
 
-template <typename Call>
-void Put(HMODULE library) {
-  g_patches.push_back(std::make_unique<ImportPatch>(Call::kName, Hook<Call>::Run, library));
-  Hook<Call>::original = g_patches.back()->template Original<std::remove_pointer_t<decltype(Hook<Call>::original)>>();
-}
-template <typename... Calls>
-void PutAll(HMODULE library) {
-  (Put<Calls>(library), ...);
-}
-
 }  // namespace
 
 void InstallHooks(HMODULE library) {
-  PutAll<OpenSCManagerWCall, OpenServiceWCall, CreateServiceWCall, CloseServiceHandleCall, ControlServiceCall,
-         DeleteServiceCall, QueryServiceConfigWCall, QueryServiceStatusCall, StartServiceWCall,
-         RegisterEventSourceWCall, DeregisterEventSourceCall, ReportEventWCall, EventRegisterCall, EventUnregisterCall,
-         EventSetInformationCall, EventWriteTransferCall, InitializeSecurityDescriptorCall,
-         SetSecurityDescriptorDaclCall, RegOpenKeyExWCall, RegCreateKeyExWCall, RegCloseKeyCall, RegQueryValueExWCall,
-         RegSetValueExWCall>(library);
-  PutAll<GetIfTable2ExCall, GetIfEntry2Call, FreeMibTableCall, CoCreateInstanceCall, CoInitializeExCall,
-         CoUninitializeCall, CoSetProxyBlanketCall, CoTaskMemAllocCall, StringFromGUID2Call, SafeArrayGetDimCall,
-         SafeArrayGetElementCall, SafeArrayGetLBoundCall, SafeArrayGetUBoundCall, SysAllocStringCall>(library);
-  PutAll<CM_Get_DevNode_Registry_PropertyWCall, CM_Get_Device_IDWCall, CM_Get_Device_ID_ListWCall,
-         CM_Get_Device_ID_List_SizeWCall, CM_Get_ParentCall, CM_Locate_DevNodeWCall, SetupDiGetClassDevsWCall,
-         SetupDiDestroyDeviceInfoListCall, SetupDiEnumDeviceInfoCall, SetupDiGetDeviceRegistryPropertyWCall,
-         SetupDiOpenDevRegKeyCall, PathRemoveFileSpecWCall>(library);
-  PutAll<CreateFileWCall, CreateMutexWCall, CloseHandleCall, CompareStringOrdinalCall, DeviceIoControlCall,
-         GetFileAttributesWCall, GetModuleFileNameWCall, GetModuleHandleWCall, GetSystemDirectoryWCall,
-         GetSystemPowerStatusCall, LoadLibraryExWCall, FreeLibraryCall, LocalAllocCall, LocalFreeCall,
-         MultiByteToWideCharCall, WideCharToMultiByteCall, ReadFileCall, WriteFileCall, ReleaseMutexCall,
-         WaitForSingleObjectCall>(library);
+  for (const Known& known : g_known) {
+    if (FindImport(library, known.name) == nullptr) continue;  // looked up, see GetAddress
+    g_patches.push_back(std::make_unique<ImportPatch>(known.name, known.hook, library));
+    *known.original = reinterpret_cast<void*>(g_patches.back()->Original<void()>());
+  }
   g_patches.push_back(std::make_unique<ImportPatch>("TrySubmitThreadpoolCallback", Submit, library));
   g_submit = g_patches.back()->Original<std::remove_pointer_t<decltype(g_submit)>>();
   g_patches.push_back(std::make_unique<ImportPatch>("GetProcAddress", GetAddress, library));

@@ -25,6 +25,7 @@ namespace vexa::test {
 namespace {
 
 constexpr wchar_t kUsbDevice[] = L"USB\\VID_1\\A";
+const std::wstring kLongText(9000, L'x');
 constexpr int kPatienceMs = 20000;
 
 std::string g_run = "nothing yet";
@@ -230,12 +231,19 @@ struct Subject::World {
     Ledger::Get().Drop(FreeOfLibrary);
     (void)Ledger::Get().TakeFaults();
     system.Reset(arch);
+    ForgetRecords();
     services.service = {.state = SERVICE_RUNNING, .binary_path = L"\\??\\C:\\Old\\VexaSAIO.sys"};
+  }
+
+  // What the fakes note for tests of single calls.
+  void ForgetRecords() {
     script.Take();
     wmi.TakeCalls();
     wmi.TakeWaits();
+    wmi.ForgetReleased();
     if (usb) usb->script.Take();
     if (bluetooth) bluetooth->script.Take();
+    if (audio) audio->script.Take();
   }
 
   HMODULE library;
@@ -264,10 +272,36 @@ Subject::Subject(const Export& subject, int machine, bool tracing)
 
 Subject::~Subject() = default;
 
-Answer Subject::CallAgain() {
+Answer Subject::CallAgain(Layout layout) {
   Arguments arguments(
-      [](std::string_view name) { return name == "device_instance_id" ? kUsbDevice : L"C:\\Program Files\\Vexa"; });
+      [](std::string_view name) { return name == "device_instance_id" ? kUsbDevice : L"C:\\Program Files\\Vexa"; },
+      layout);
+  if (!Injector::Get().armed())
+    RememberRun(std::string(export_.name) + " on " + kMachines[machine_] + ", called again");
   return export_.call(address_, arguments);
+}
+
+std::map<std::string, int> Subject::Held() {
+  EXPECT_TRUE(world_->WaitForTasks()) << "a task never ended";
+  world_->ForgetRecords();
+  std::map<std::string, int> held = Ledger::Get().Held();
+  if (AutomationLedger::Live() != 0) held["text or array of COM automation"] = AutomationLedger::Live();
+  if (world_->wmi.References() != 0) held["reference to a WMI object"] = world_->wmi.References();
+  return held;
+}
+
+void Subject::Reset() {
+  EXPECT_TRUE(world_->WaitForTasks()) << "a task never ended";
+  world_->Reset();
+}
+
+void Subject::UseLongTexts() {
+  world_->wmi.other_property = [](const std::wstring& name) -> std::optional<WmiValue> {
+    const std::optional<WmiValue> usual = Property(name);
+    return usual && usual->type != VT_BSTR ? usual : Text(kLongText);
+  };
+  world_->wlan.interfaces[0].description = kLongText;
+  world_->system.UseLongTexts(kLongText);
 }
 
 Outcome Subject::Run(const Plan& plan) {

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,7 +35,13 @@ class Subject {
 
   Outcome Run(const Plan& plan);
   // Calls the export without going back to the beginning; what it holds stays.
-  Answer CallAgain();
+  Answer CallAgain(Layout layout = {});
+  // Waits until the library's tasks have ended and counts what is held, by kind.
+  std::map<std::string, int> Held();
+  // As at the beginning.
+  void Reset();
+  // The sources tell texts longer than any buffer.
+  void UseLongTexts();
 
  private:
   struct World;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/sweep/allowed.h"
+#include "tests/sweep/chosen.h"
 #include "tests/sweep/subject.h"
 
 namespace vexa::test {
@@ -81,15 +82,10 @@ class Sweep {
   int shown_ = 0;
 };
 
-bool Chosen(const Export& one) {
-  const char* const only = std::getenv("VEXA_SWEEP_ONLY");
-  return only == nullptr || std::string_view(one.name).find(only) != std::string_view::npos;
-}
-
 TEST(FailureSweep, EveryExportOnBothRoutes) {
   size_t total = 0;
   for (const Export& one : Exports()) {
-    if (!Chosen(one)) continue;
+    if (!IsChosen(one)) continue;
     for (const int machine : {0, 1}) {
       size_t injected = 0;
       {
