@@ -59,7 +59,7 @@ struct EcMethod {
 };
 
 const std::vector<EcMethod>& EcMethods() {
-  static const std::vector<EcMethod>& methods = *new std::vector<EcMethod>{
+  static const std::vector<EcMethod> methods = {
       {"ec_get_version", {}, "version", EcVersion},
       {"ec_read_command_byte", {"commandcode", "param0"}, "value", EcRead},
       {"ec_write_command_byte", {"commandcode", "param0", "param1"}, "value", EcWrite},

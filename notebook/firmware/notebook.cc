@@ -83,9 +83,9 @@ std::string OneLine(std::string text) {
 std::string ResultText(HRESULT result) { return scenario::Hex(static_cast<uint32_t>(result), 8); }
 
 std::shared_ptr<const Notebook> Notebook::Current() {
-  static std::mutex& lock = *new std::mutex;
-  static std::shared_ptr<const Notebook>& current = *new std::shared_ptr<const Notebook>;
-  static const std::wstring& path = *new std::wstring(ReadRegistry(kSettingsKey, L"Firmware").value_or(kDefaultPath));
+  static std::mutex lock;
+  static std::shared_ptr<const Notebook> current;
+  static const std::wstring path = ReadRegistry(kSettingsKey, L"Firmware").value_or(kDefaultPath);
   const std::lock_guard guard(lock);
   std::string stamp = FileStamp(path);
   if (!current || current->stamp() != stamp) current = std::make_shared<const Notebook>(path, std::move(stamp));
