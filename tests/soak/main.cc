@@ -3,11 +3,13 @@
 //   soak_test.exe SECONDS
 #include <windows.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <map>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -71,23 +73,26 @@ struct Library {
 
 // ---- What is held ----
 
-using Counts = std::map<std::string, long long>;
+constexpr const char* kKinds[] = {"kernel handles",
+                                  "threads",
+                                  "blocks of the library's heap",
+                                  "blocks of all heaps",
+                                  "bytes of all heaps",
+                                  "COM objects of the firmware"};
+// No memory of its own, which would be counted.
+using Counts = std::array<long long, std::size(kKinds)>;
 
 Counts HeldNow() {
-  Counts counts;
-  counts["kernel handles"] = static_cast<long long>(OpenHandles());
-  counts["threads"] = static_cast<long long>(RunningThreads());
-  counts["blocks of the library's heap"] = g_blocks;
-  const HeapUse heap = ProcessHeap();
-  counts["blocks of the process heap"] = static_cast<long long>(heap.blocks);
-  counts["bytes of the process heap"] = static_cast<long long>(heap.bytes);
-  counts["COM objects of the firmware"] = FirmwareObjects();
-  return counts;
+  const HeapUse heaps = UseOfHeaps();
+  return {static_cast<long long>(OpenHandles()), static_cast<long long>(RunningThreads()), g_blocks,
+          static_cast<long long>(heaps.blocks),  static_cast<long long>(heaps.bytes),      FirmwareObjects()};
 }
 
 std::string Text(const Counts& counts) {
   std::string text;
-  for (const auto& [kind, count] : counts) text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + kind;
+  for (size_t i = 0; i < counts.size(); ++i) {
+    text += (i == 0 ? "" : ", ") + std::to_string(counts[i]) + " " + kKinds[i];
+  }
   return text;
 }
 
@@ -146,11 +151,10 @@ int Run(int seconds) {
     std::fflush(stdout);
   }
   Counts growth = HeldAtRest();
-  for (const auto& [kind, count] : before) growth[kind] -= count;
+  for (size_t i = 0; i < growth.size(); ++i) growth[i] -= before[i];
   std::printf("%ld rounds, %ld calls, %lld allocations of the library, growth: %s\n", soak.rounds, soak.calls,
               g_allocations.load(), Text(growth).c_str());
-  long failed = soak.faults;
-  for (const auto& [kind, count] : growth) failed += count > 0 ? 1 : 0;
+  const long failed = soak.faults + std::ranges::count_if(growth, [](long long count) { return count > 0; });
   std::printf("%d passed, %ld failed\n", failed == 0 ? 1 : 0, failed);
   return failed == 0 ? 0 : 1;
 }

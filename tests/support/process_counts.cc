@@ -4,7 +4,9 @@
 
 #include <tlhelp32.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <vector>
 
 namespace vexa::test {
@@ -53,16 +55,20 @@ size_t RunningThreads() {
   return threads;
 }
 
-HeapUse ProcessHeap() {
+HeapUse UseOfHeaps() {
+  HANDLE heaps[64];
+  const DWORD count = std::min<DWORD>(GetProcessHeaps(std::size(heaps), heaps), std::size(heaps));
   HeapUse use;
-  PROCESS_HEAP_ENTRY entry{};
-  HeapLock(GetProcessHeap());
-  while (HeapWalk(GetProcessHeap(), &entry)) {
-    if (!(entry.wFlags & PROCESS_HEAP_ENTRY_BUSY)) continue;
-    ++use.blocks;
-    use.bytes += entry.cbData;
+  for (DWORD i = 0; i < count; ++i) {
+    PROCESS_HEAP_ENTRY entry{};
+    HeapLock(heaps[i]);
+    while (HeapWalk(heaps[i], &entry)) {
+      if (!(entry.wFlags & PROCESS_HEAP_ENTRY_BUSY)) continue;
+      ++use.blocks;
+      use.bytes += entry.cbData;
+    }
+    HeapUnlock(heaps[i]);
   }
-  HeapUnlock(GetProcessHeap());
   return use;
 }
 

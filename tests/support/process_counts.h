@@ -14,8 +14,8 @@ struct HeapUse {
   size_t blocks = 0, bytes = 0;
   bool operator==(const HeapUse&) const = default;
 };
-// Of the process heap: COM's texts, arrays and task memory live there, and the C runtime's blocks.
-HeapUse ProcessHeap();
+// Of all heaps: that of the process, where COM's texts, arrays and task memory live, and those of the C runtimes.
+HeapUse UseOfHeaps();
 
 }  // namespace vexa::test
 

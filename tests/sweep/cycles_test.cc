@@ -49,11 +49,11 @@ TEST(Cycles, LoadedUsedAndFreed) {
   ASSERT_TRUE(CopyFileW((Folder() + kOriginal).c_str(), (Folder() + kLibrary).c_str(), FALSE));
   for (int i = 0; i < 20; ++i) LoadUseAndFree();
   const size_t handles = OpenHandles(), threads = RunningThreads();
-  const HeapUse heap = ProcessHeap();
+  const HeapUse heap = UseOfHeaps();
   for (int i = 0; i < Cycles() && !HasFatalFailure(); ++i) LoadUseAndFree();
   EXPECT_EQ(OpenHandles(), handles);
   EXPECT_EQ(RunningThreads(), threads);
-  const HeapUse now = ProcessHeap();
+  const HeapUse now = UseOfHeaps();
   EXPECT_EQ(now, heap) << now.blocks - heap.blocks << " blocks, " << now.bytes - heap.bytes << " bytes";
   DeleteFileW((Folder() + kLibrary).c_str());
 }
