@@ -1,23 +1,16 @@
-// The shipped library on the simulated radios: what it collects through the stand-in libraries, each of their calls
-// failing, and what it gave back. Run where the stand-ins are installed, vexa-firmware.dll is registered and
+// The shipped library on the simulated radios: what it collects through the stand-in libraries, calls and lists that
+// fail and lie, and what it gave back. Run where the stand-ins are installed, vexa-firmware.dll is registered and
 // VexaWinIO64.dll lies in C:\Vexa. The tests "Missing*" are for a run without the optional libraries.
 #include <winsock2.h>
 
-#include <cfgmgr32.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <setupapi.h>
 
-#include <cstdio>
-#include <cstring>
 #include <iterator>
-#include <memory>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "tests/e2e/radios.h"
-#include "tests/support/import_patch.h"
 #include "vexa/vexa.h"
 
 namespace vexa::test {
@@ -49,28 +42,23 @@ TEST_F(Radios, BluetoothDevicesAreCollectedOnce) {
   ExpectBluetoothClosed();
 }
 
-TEST_F(Radios, EachBluetoothCallFailingIsTriedAgain) {
-  for (const char* call :
-       {"BluetoothFindFirstRadio", "BluetoothGetRadioInfo", "BluetoothFindFirstDevice", "BluetoothFindNextDevice"}) {
-    SCOPED_TRACE(call);
-    UseRadios(std::string(kHeadsetAndPhone) + R"(, "rules": [{"on": {"call": ")" + call +
-              R"("}, "nth": 1, "then": {"fail": 31}}])");
-    const Loaded library;
-    EXPECT_EQ(library.Number("RF_BTConnectedNum"), kFailed);
-    EXPECT_EQ(BluetoothCount(call), 1);
-    if (std::string(call) != "BluetoothFindFirstRadio") ExpectBluetoothClosed();
-    EXPECT_EQ(library.Text("RF_BTConnectedType"), "Audio/Video;Phone;");
-    ExpectBluetoothClosed();
-  }
+TEST_F(Radios, AFailingBluetoothCallIsTriedAgain) {
+  UseRadios(std::string(kHeadsetAndPhone) +
+            R"(, "rules": [{"on": {"call": "BluetoothFindNextDevice"}, "nth": 1, "then": {"fail": 31}}])");
+  const Loaded library;
+  EXPECT_EQ(library.Number("RF_BTConnectedNum"), VEXA_COLLECT_FAILED);
+  ExpectBluetoothClosed();
+  EXPECT_EQ(library.Text("RF_BTConnectedType"), "Audio/Video;Phone;");
+  ExpectBluetoothClosed();
 }
 
 TEST_F(Radios, WithoutABluetoothRadio) {
   UseRadios("");
   const Loaded library;
-  EXPECT_EQ(library.Number("RF_BTIsUsed"), kNotCollected);
+  EXPECT_EQ(library.Number("RF_BTIsUsed"), VEXA_NOT_COLLECTED);
   EXPECT_EQ(library.Text("RF_BTConnectedType"), "init_string");
   UseRadios(kHeadsetAndPhone);
-  EXPECT_EQ(library.Number("RF_BTConnectedNum"), kNotCollected);
+  EXPECT_EQ(library.Number("RF_BTConnectedNum"), VEXA_NOT_COLLECTED);
 }
 
 TEST_F(Radios, ConnectionTypeOfTheInterfaceTable) {
@@ -79,17 +67,9 @@ TEST_F(Radios, ConnectionTypeOfTheInterfaceTable) {
   UseRadios(std::string(R"("network": [{"index": 4, "type": 6, "up": false}, )") + kWifi + "]");
   EXPECT_EQ(library.Text("RF_Net_Connected_Type"), "WIFI");
   EXPECT_EQ(NetworkCount("GetIfEntry2"), 2);
-  UseRadios(std::string(R"("network": [{"index": 4, "type": 244}, )") + kWifi + "]");
-  EXPECT_EQ(library.Text("RF_Net_Connected_Type"), "WWANPP2");
-  UseRadios(std::string(R"("network": [{"index": 4, "type": 6}, )") + kWifi + "]");
-  EXPECT_EQ(library.Text("RF_Net_Connected_Type"), "ETHERNET");
-  UseRadios(std::string(R"("network": [{"index": 4, "type": 6, "hardware": false}, )") + kWifi +
-            R"(], "rules": [{"on": {"call": "GetIfEntry2"}, "nth": 2, "then": {"fail": 2}},
-                            {"on": {"call": "GetIfTable2Ex"}, "nth": 2, "then": {"fail": 50}}])");
-  EXPECT_EQ(library.Text("RF_Net_Connected_Type"), "Unknow");
-  EXPECT_EQ(library.Text("RF_Net_Connected_Type"), "Unknow");
-  EXPECT_EQ(NetworkCount("allocated"), 1);
-  EXPECT_EQ(library.Text("RF_Net_Connected_Type"), "WIFI");
+  UseRadios(std::string(R"("network": [{"index": 4, "type": 6}, )") + kWifi +
+            R"(], "rules": [{"on": {"call": "GetIfTable2Ex"}, "nth": 2, "then": {"fail": 50}}])");
+  for (const char* type : {"ETHERNET", "Unknow", "ETHERNET"}) EXPECT_EQ(library.Text("RF_Net_Connected_Type"), type);
   EXPECT_EQ(NetworkCount("allocated"), 2);
   EXPECT_EQ(NetworkCount("freed"), 2);
 }
@@ -97,8 +77,6 @@ TEST_F(Radios, ConnectionTypeOfTheInterfaceTable) {
 // ---- USB ----
 
 constexpr wchar_t kStick[] = L"USB\\VID_0781&PID_5581\\4C530001";
-constexpr wchar_t kHubId[] = L"USB\\ROOT_HUB30\\4&1A2B3C&0&0";
-constexpr wchar_t kHubPath[] = L"\\\\.\\USB#ROOT_HUB30#4&1A2B3C&0&0#{F18A0E88-C30C-11D0-8815-00A0C906BED8}";
 constexpr wchar_t kInterfaceKey[] =
     L"SYSTEM\\CurrentControlSet\\Control\\DeviceClasses\\{A5DCBF10-6530-11D2-901F-00C04FB951ED}\\"
     L"##?#USB#VID_0781&PID_5581#4C530001#{A5DCBF10-6530-11D2-901F-00C04FB951ED}\\#\\Control";
@@ -139,76 +117,6 @@ class Stick {
   SP_DEVINFO_DATA device_{.cbSize = sizeof device_};
 };
 
-// The hub that the system lacks, behind the library's imports.
-class Hub {
- public:
-  explicit Hub(HMODULE library)
-      : parent_("CM_Get_Parent", Parent, library),
-        id_("CM_Get_Device_IDW", DeviceId, library),
-        property_("SetupDiGetDeviceRegistryPropertyW", Property, library),
-        open_("CreateFileW", Open, library),
-        control_("DeviceIoControl", Control, library),
-        close_("CloseHandle", Close, library) {
-    hub_ = this;
-  }
-
-  int open = 0;
-
- private:
-  static constexpr DEVINST kNode = 0x7FFFFFFF;
-  static HANDLE Handle() { return reinterpret_cast<HANDLE>(uintptr_t{0x7D00BEEF}); }
-
-  static CONFIGRET WINAPI Parent(PDEVINST parent, DEVINST, ULONG) {
-    *parent = kNode;
-    return CR_SUCCESS;
-  }
-  static CONFIGRET WINAPI DeviceId(DEVINST node, PWSTR buffer, ULONG length, ULONG flags) {
-    if (node != kNode) return hub_->id_.Original<decltype(DeviceId)>()(node, buffer, length, flags);
-    std::memcpy(buffer, kHubId, sizeof kHubId);
-    return CR_SUCCESS;
-  }
-  static BOOL WINAPI Property(HDEVINFO set, PSP_DEVINFO_DATA device, DWORD property, PDWORD type, PBYTE buffer,
-                              DWORD size, PDWORD needed) {
-    if (property != SPDRP_ADDRESS) {
-      return hub_->property_.Original<decltype(Property)>()(set, device, property, type, buffer, size, needed);
-    }
-    const DWORD port = 3;
-    std::memcpy(buffer, &port, sizeof port);
-    return TRUE;
-  }
-  static HANDLE WINAPI Open(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES attributes, DWORD creation,
-                            DWORD flags, HANDLE pattern) {
-    if (std::wcscmp(path, kHubPath) != 0) {
-      return hub_->open_.Original<decltype(Open)>()(path, access, share, attributes, creation, flags, pattern);
-    }
-    ++hub_->open;
-    return Handle();
-  }
-  static BOOL WINAPI Control(HANDLE handle, DWORD code, LPVOID, DWORD, LPVOID out, DWORD size, LPDWORD, LPOVERLAPPED) {
-    EXPECT_EQ(handle, Handle());
-    auto* bytes = static_cast<uint8_t*>(out);
-    EXPECT_EQ(bytes[0], 3);
-    if (code == 0x220458) {
-      EXPECT_EQ(size, 18u);
-      bytes[8] = 0x09;
-      return TRUE;
-    }
-    EXPECT_EQ(code, 0x220410u);
-    EXPECT_EQ(size, 30u);
-    bytes[14] = 0x20;
-    bytes[15] = 0x03;
-    return TRUE;
-  }
-  static BOOL WINAPI Close(HANDLE handle) {
-    if (handle != Handle()) return hub_->close_.Original<BOOL WINAPI(HANDLE)>()(handle);
-    --hub_->open;
-    return TRUE;
-  }
-
-  static inline Hub* hub_ = nullptr;
-  ImportPatch parent_, id_, property_, open_, control_, close_;
-};
-
 TEST_F(Radios, UsbDevicesOfTheSystemWithoutItsHubs) {
   const Stick stick;
   firmware_.Use(kDisksAndMonitors);
@@ -221,33 +129,137 @@ TEST_F(Radios, UsbDevicesOfTheSystemWithoutItsHubs) {
   EXPECT_EQ(library.Export("RF_USBISTYPEC", &RF_USBISTYPEC)(kStick), 0u);
 }
 
-TEST_F(Radios, UsbStickOnATypeCPort) {
-  const Stick stick;
+// ---- Wi-Fi ----
+
+constexpr char kWifiLink[] = R"("network": [{"index": 9, "type": 71, "medium": 9}])";
+
+// Beacon with HT, VHT at 80 MHz and HE with two streams: 1201 Mbit/s.
+constexpr char kElements[] = R"([
+  {"id": 45, "hex": "EF 09 1B FF FF 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"},
+  {"id": 61, "hex": "24 05 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"},
+  {"id": 191, "hex": "B2 79 8B 33 FA FF 00 00 FA FF 00 20"}, {"id": 192, "hex": "01 2A 00 FC FF"},
+  {"extension": 35, "hex": "0D 01 08 9A 40 10 04 70 4C 89 7F C1 83 9C 01 08 00 FA FF FA FF"}])";
+
+int WlanCount(const std::string& what) { return Count(L"wlanapi-counts.json", what); }
+
+// One secured network on four access points, and an open one.
+std::string Office(const std::string& lies = "", const std::string& elements_lies = "") {
+  const auto point = [](const char* bssid, int rssi_dbm, int frequency_khz, const std::string& rest) {
+    return R"({"ssid": {"hex": "00 FF 25 73"}, "bssid": ")" + std::string(bssid) + R"(", "rssi_dbm": )" +
+           std::to_string(rssi_dbm) + R"(, "frequency_khz": )" + std::to_string(frequency_khz) + rest + "}";
+  };
+  return std::string(kWifiLink) + R"(, "wlan": {"interfaces": [{
+    "guid": "{5B7D2F1E-3C4A-4E6B-9D80-1A2B3C4D5E6F}", "name": {"utf16": "0057 D800 DC00 DC00"}, "state": "connected",
+    "connection": {"ssid": {"hex": "00 FF 25 73"}, "bssid": "06:1B:7C:40:2A:91", "phy": 10}, "channel": 36)" +
+         lies + R"(, "networks": [)" +
+         point("06:1B:7C:40:2A:91", -52, 5'180'000, R"(, "elements": )" + std::string(kElements) + elements_lies) +
+         "," + point("06:1B:7C:40:2A:90", -47, 2'412'000, "") + "," + point("06:1B:7C:40:3B:10", -20, 2'422'000, "") +
+         "," + point("06:1B:7C:40:2A:92", -99, 6'455'000, "") + "," +
+         R"({"ssid": "cafe", "bssid": "0A:54:11:9E:00:01", "rssi_dbm": -77, "frequency_khz": 2437000,
+             "security": false}]}]})";
+}
+
+class WifiRadios : public Radios {
+ protected:
+  static void ExpectEverythingFreed(int clients) {
+    EXPECT_GT(WlanCount("WlanOpenHandle"), 0);
+    EXPECT_EQ(WlanCount("allocated"), WlanCount("freed"));
+    EXPECT_EQ(WlanCount("freed what was not allocated"), 0);
+    EXPECT_EQ(WlanCount("calls with a bad handle"), 0);
+    // The client's handle stays open.
+    EXPECT_EQ(WlanCount("handles opened"), clients);
+    EXPECT_EQ(WlanCount("handles closed"), 0);
+  }
+
+  // "connected|RSSI|channel|PHY mode|maximum rate|2.4 GHz|5 GHz|6 GHz", of one collection when it succeeds.
+  static std::string Picture(const Loaded& library) {
+    std::string picture;
+    for (const char* name : {"RF_WiFiIsConnected", "RF_WiFiRssi", "RF_WiFiChannel"}) {
+      picture += std::to_string(static_cast<int32_t>(library.Number(name))) + "|";
+    }
+    picture += library.Text("RF_PhyMode");
+    for (const char* name : {"RF_WiFiMaxRate", "RF_WiFi_2_4G_AP_Num", "RF_WiFi_5G_AP_Num", "RF_WiFi_6G_AP_Num"}) {
+      picture += "|" + std::to_string(static_cast<int32_t>(library.Number(name)));
+    }
+    return picture;
+  }
+};
+
+constexpr char kWhole[] = "1|-52|36|802.11ax|1201|2|1|1";
+
+TEST_F(WifiRadios, WholePictureOfOneCollection) {
+  UseRadios(Office());
   const Loaded library;
-  Hub hub(library.module());
-  EXPECT_EQ(library.Text("RF_USBNum"), R"({"usb2_0":"0","usb2_1":"0","usb3_0":"0","usb3_1":"0","usb3_2":"1"})");
-  EXPECT_EQ(library.Text("RF_USBPort"), "3,");
-  EXPECT_EQ(library.Number("RF_USB_C_Num"), 1u);
-  EXPECT_EQ(library.Number("RF_USB_A_Num"), 0u);
-  EXPECT_EQ(library.Number("RF_USBIsTranster"), 0u);
-  EXPECT_EQ(library.Number("RF_USBHDMIIsUsed"), 0u);
-  const auto is_type_c = library.Export("RF_USBISTYPEC", &RF_USBISTYPEC);
-  EXPECT_EQ(is_type_c(kStick), 2u);
-  EXPECT_EQ(is_type_c(L"USB\\VID_0781&PID_5581\\other"), 0u);
-  EXPECT_EQ(hub.open, 0);
+  EXPECT_EQ(Picture(library), kWhole);
+  wchar_t name[VEXA_WIFI_CARD_NAME_CAPACITY];
+  EXPECT_EQ(library.Export("RF_WiFiCardName", &RF_WiFiCardName)(name), 0u);
+  EXPECT_TRUE(std::wstring(name) == L"W\xD800\xDC00\xDC00");
+  char mac[VEXA_WIFI_AP_MAC_CAPACITY];
+  library.Export("RF_AP_MAC", &RF_AP_MAC)(mac);
+  EXPECT_STREQ(mac, "06:1B:7C");
+  EXPECT_EQ(library.Text("RF_WiFi_2_4G_AP_Ch_Num"), R"({"ch1":"1","ch11":"0","ch6":"0","others":"1"})");
+  EXPECT_EQ(library.Text("RF_WiFi_5G_AP_Band_Num"), R"({"band1":"1","band2":"0","band3":"0","band4":"0"})");
+  EXPECT_EQ(library.Text("RF_WiFi_6G_AP_NUII_Num"), R"({"nuii5":"0","nuii6":"1","nuii7":"0","nuii8":"0"})");
+  // -20 dBm is in no bucket.
+  EXPECT_THAT(library.Text("RF_WiFi_2_4G_AP_RSSI_Num"),
+              testing::HasSubstr(R"("-20~-30":"0","-30~-40":"0","-40~-50":"1")"));
+  EXPECT_THAT(library.Text("RF_WiFi_6G_AP_RSSI_Num"), testing::HasSubstr(R"("-90~-100":"1")"));
+  EXPECT_EQ(library.Text("RF_WiFi_Main_Aux_Rssi"), "-52:-52");
+  EXPECT_EQ(WlanCount("WlanGetNetworkBssList"), 3);
+  ExpectEverythingFreed(1);
+}
+
+const std::string kCollectorFailed = "2147483647|2147483647|2147483647|error_string|2147483647";
+const std::string kNoLists = "|-1000|-1000|-1000";
+
+TEST_F(WifiRadios, CallsThatFail) {
+  const struct {
+    const char* rule;
+    std::string picture;
+    int clients;
+  } kFailures[] = {
+      {R"("on": {"call": "WlanOpenHandle"}, "from": 1)", kCollectorFailed + kNoLists, 0},
+      {R"("on": {"call": "WlanEnumInterfaces"}, "from": 1)", kCollectorFailed + kNoLists, 8},
+      {R"("on": {"call": "WlanQueryInterface", "opcode": 7}, "nth": 2)", "1|-1000|36|init_string|-1000|2|1|1", 1},
+      {R"("on": {"call": "WlanGetNetworkBssList"}, "nth": 2)", "1|-52|36|802.11ax|1201|0|0|0", 1},
+  };
+  for (const auto& failure : kFailures) {
+    SCOPED_TRACE(failure.rule);
+    UseRadios(Office() + R"(, "rules": [{)" + failure.rule + R"(, "then": {"fail": 5}}])");
+    const Loaded library;
+    EXPECT_EQ(Picture(library), failure.picture);
+    ExpectEverythingFreed(failure.clients);
+  }
+}
+
+// What is handed out ends where nothing may be touched: a lie that is believed ends the program.
+TEST_F(WifiRadios, ListsThatLie) {
+  const std::string kLies[] = {
+      Office(R"(, "told_count": 4294967295)"),    Office(R"(, "told_count": 5)"),
+      Office("", R"(, "told_size": 4294967295)"), Office("", R"(, "told_offset": 4294967295)"),
+      Office("", R"(, "told_offset": 0)"),        Office("", R"(, "told_offset": 4294967280, "told_size": 100)")};
+  for (size_t i = 0; i < std::size(kLies); ++i) {
+    UseRadios(kLies[i]);
+    const Loaded library;
+    EXPECT_EQ(library.Number("RF_WiFiRssi"), static_cast<uint32_t>(-52)) << i;
+    ExpectEverythingFreed(1);
+  }
 }
 
 // ---- Systems that lack the optional libraries ----
 
-class MissingBluetooth : public Radios {};
+class MissingLibraries : public WifiRadios {};
 
-TEST_F(MissingBluetooth, FailsAndEverythingElseAnswers) {
-  UseRadios(std::string(kHeadsetAndPhone) + R"(, "network": [{"index": 9, "type": 71}])");
-  ASSERT_EQ(LoadLibraryExW(L"bluetoothapis.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32), nullptr);
+TEST_F(MissingLibraries, FailAndEverythingElseAnswers) {
+  UseRadios(Office() + ", " + kHeadsetAndPhone);
+  for (const wchar_t* name : {L"wlanapi.dll", L"bluetoothapis.dll"}) {
+    ASSERT_EQ(LoadLibraryExW(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32), nullptr);
+  }
   const Loaded library;
-  EXPECT_EQ(library.Number("RF_BTIsUsed"), kFailed);
-  EXPECT_EQ(library.Number("RF_BTConnectedNum"), kFailed);
+  EXPECT_EQ(library.Number("RF_BTIsUsed"), VEXA_COLLECT_FAILED);
+  EXPECT_EQ(library.Number("RF_BTConnectedNum"), VEXA_COLLECT_FAILED);
   EXPECT_EQ(library.Text("RF_BTConnectedType"), "error_string");
+  EXPECT_EQ(Picture(library), kCollectorFailed + kNoLists);
   EXPECT_EQ(library.Text("RF_Net_Connected_Type"), "WIFI");
   EXPECT_EQ(library.Number("RF_USBIsTranster"), 0u);
 }

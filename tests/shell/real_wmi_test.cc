@@ -7,7 +7,7 @@
 #include <string>
 
 #include "frame/log.h"
-#include "tests/e2e/firmware_scenario.h"
+#include "tests/e2e/loaded.h"
 #include "tests/support/trace_recorder.h"
 #include "wmi/query_engine.h"
 
@@ -33,7 +33,7 @@ class RealWmi : public testing::Test {
  protected:
   RealWmi() { scenario_.TakeAway(); }
 
-  FirmwareScenario scenario_;
+  const ScenarioFile scenario_{L"Firmware", L"real-wmi-test.json"};
 };
 
 TEST_F(RealWmi, TextsOfClassesThatEverySystemHas) {
