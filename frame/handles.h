@@ -6,6 +6,7 @@
 
 #include <setupapi.h>
 
+#include <cstddef>
 #include <utility>
 
 namespace vexa {
