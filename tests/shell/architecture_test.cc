@@ -1,23 +1,16 @@
 // The registry value that chooses the route: read on every call, detected and stored when it can't be used.
 #include "frame/architecture.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "frame/handles.h"
 #include "tests/support/arch_value.h"
-#include "tests/support/call_script.h"
 #include "tests/support/detection.h"
-#include "tests/support/registry_script.h"
 #include "tests/support/fake_wmi.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/own_process.h"
+#include "tests/support/registry_script.h"
+#include "tests/support/shell_test.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr char kDetects[] = "5 [VexaWinDll][IsArchitectureARM64] cannot get REG_ARCHITECTURE key";
 // What the registry holds in the value, terminator included; empty when it is missing.
@@ -39,13 +32,12 @@ void StoreBytes(DWORD type, const void* bytes, size_t size) {
   RegSetValueExW(key.get(), L"Arch", 0, type, static_cast<const BYTE*>(bytes), static_cast<DWORD>(size));
 }
 
-class Architecture : public testing::Test {
+class Architecture : public ShellTest {
  protected:
   Architecture() {
     ArchValue::Remove();
     DetectAs(0x8664);
     g_detections = 0;
-    TraceRecorder::Get().TakeEvents();
   }
   ~Architecture() override {
     g_detection = nullptr;
@@ -58,7 +50,6 @@ class Architecture : public testing::Test {
       return true;
     };
   }
-  static std::vector<std::string> Lines() { return TraceRecorder::Get().TakeLines(); }
 };
 
 TEST_F(Architecture, MissingValueIsDetectedOnceAndStored) {
@@ -98,7 +89,7 @@ TEST_F(Architecture, FailingDetectionAsksTheInventory) {
     EXPECT_EQ(IsArchitectureARM64(), processor.is_arm64);
     EXPECT_EQ(g_detections, 1);
     EXPECT_EQ(Stored(), processor.is_arm64 ? kStoredArm64 : kStoredX64);
-    const std::vector<std::string> calls = wmi.TakeCalls();
+    const Strings calls = wmi.TakeCalls();
     EXPECT_EQ(CountOf(calls, "CoInitializeEx 0"), 1);
     EXPECT_EQ(CountOf(calls, "ExecQuery WQL select * from Win32_Processor 30"), 1);
     EXPECT_EQ(Lines()[0], kDetects);
@@ -214,32 +205,14 @@ TEST_F(ArchitectureKeys, ReadingOpensForReadingAlone) {
   EXPECT_THAT(script_.Take(), ElementsAre("read HKLM SOFTWARE\\Vexa\\Config 20019"));
 }
 
-// The look-up is done once per process, so this one starts itself again as a process whose system has no function.
+// The look-up is done once per process, so this one runs in a process whose system has no function.
 TEST_F(Architecture, SystemWithoutTheFunctionAsksTheInventory) {
-  if (IsWithoutDetection()) {
-    FakeWmi wmi;
-    wmi.rows[L"select * from Win32_Processor"] = {{{L"Architecture", Number(VT_I4, 12)}}};
-    EXPECT_TRUE(IsArchitectureARM64());
-    EXPECT_EQ(g_detections, 0);
-    EXPECT_EQ(Stored(), kStoredArm64);
-    return;
-  }
-  wchar_t program[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
-  std::wstring command = L"shell_test --gtest_filter=Architecture.SystemWithoutTheFunctionAsksTheInventory";
-  SetEnvironmentVariableW(kWithoutDetection, L"1");
-  STARTUPINFOW startup{.cb = sizeof startup};
-  PROCESS_INFORMATION process{};
-  const BOOL started =
-      CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
-  SetEnvironmentVariableW(kWithoutDetection, nullptr);
-  ASSERT_TRUE(started);
-  const KernelHandle child(process.hProcess);
-  const KernelHandle thread(process.hThread);
-  ASSERT_EQ(WaitForSingleObject(child.get(), 60000), static_cast<DWORD>(WAIT_OBJECT_0));
-  DWORD code = 1;
-  GetExitCodeProcess(child.get(), &code);
-  EXPECT_EQ(code, 0u);
+  if (RunInOwnProcess(kWithoutDetection)) return;
+  FakeWmi wmi;
+  wmi.rows[L"select * from Win32_Processor"] = {{{L"Architecture", Number(VT_I4, 12)}}};
+  EXPECT_TRUE(IsArchitectureARM64());
+  EXPECT_EQ(g_detections, 0);
+  EXPECT_EQ(Stored(), kStoredArm64);
 }
 
 }  // namespace

@@ -1,23 +1,16 @@
 // The standard battery class on a scripted battery device.
 #include "frame/battery_class.h"
+#include "tests/support/shell_test.h"
 
 #include <windows.h>
 
 #include <batclass.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <setupapi.h>
 
 #include <cstring>
-#include <vector>
-
-#include "tests/support/import_patch.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 const HANDLE kBattery = reinterpret_cast<HANDLE>(uintptr_t{0xBA77});
 const HDEVINFO kDevices = reinterpret_cast<HDEVINFO>(uintptr_t{0xDE71});
@@ -36,7 +29,7 @@ struct BatteryDevice {
   int failing_level = -1;
   size_t longest = 256;   // bytes of an answer that come
   DWORD told_length = 0;  // the length that is told; 0: the true one
-  std::vector<std::string> asked;
+  Strings asked;
   int open_devices = 0, open_sets = 0;
 } g_battery;
 
@@ -109,7 +102,7 @@ BOOL WINAPI Control(HANDLE, DWORD code, LPVOID in, DWORD, LPVOID out, DWORD out_
   return answer(g_battery.name.data(), std::min<size_t>(g_battery.name.size() * 2, 256));
 }
 
-class BatteryClass : public testing::Test {
+class BatteryClass : public ShellTest {
  protected:
   BatteryClass() { g_battery = {}; }
   ~BatteryClass() override {

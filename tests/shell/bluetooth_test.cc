@@ -1,21 +1,11 @@
 // The Bluetooth exports: what they collect, their lines, and every call failing in turn.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "radio/peripheral_snapshots.h"
 #include "tests/support/fake_bluetooth.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/shell_test.h"
 #include "vexa/peripherals.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 constexpr uint32_t kNotCollected = 0xFFFFFC18;
 constexpr uint32_t kFailed = 0x7FFFFFFF;
@@ -24,14 +14,8 @@ constexpr uint32_t kPhone = 0x5A020C;
 
 std::string Types() { return RF_BTConnectedType().text; }
 
-class Bluetooth : public testing::Test {
+class Bluetooth : public ShellTest {
  protected:
-  Bluetooth() {
-    TraceRecorder::Get().Enable(0);
-    TraceRecorder::Get().TakeEvents();
-  }
-
-  static std::vector<std::string> Lines() { return TraceRecorder::Get().TakeLines(); }
   static void ExpectFailed() {
     // What the failed collection left, without another one.
     EXPECT_EQ(g_bluetooth.used, kFailed);

@@ -2,8 +2,6 @@
 // nobody waits for.
 #include "wmi/bounded_task.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <windows.h>
 
 #include <objbase.h>
@@ -15,19 +13,14 @@
 #include <optional>
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
-#include "tests/support/import_patch.h"
 #include "tests/support/process_counts.h"
+#include "tests/support/shell_test.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace vexa::test {
 namespace {
-
-using testing::Each;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // What the patched functions work on.
 struct System {
@@ -90,10 +83,10 @@ struct TestWork final : StagedWork {
   HRESULT First() override { return first(); }
   HRESULT Second() override { return second(); }
 
-  std::function<HRESULT()> first = [] { return S_OK; }, second = [] { return S_OK; };
+  std::function<HRESULT()> first, second;
 };
 
-class BoundedTaskTest : public testing::Test {
+class BoundedTaskTest : public ShellTest {
  protected:
   BoundedTaskTest() {
     g_system = &system_;
@@ -135,11 +128,17 @@ class BoundedTaskTest : public testing::Test {
     return 7;
   }
 
+  static std::unique_ptr<TestWork> Work(std::function<HRESULT()> first, std::function<HRESULT()> second) {
+    auto work = std::make_unique<TestWork>();
+    work->first = std::move(first);
+    work->second = std::move(second);
+    return work;
+  }
   // Waits at the gate in its first or second stage.
   std::unique_ptr<TestWork> Hanging(int stage = 1) {
-    auto work = std::make_unique<TestWork>();
-    (stage == 1 ? work->first : work->second) = [this] { return AwaitGate(); };
-    return work;
+    const auto wait = [this] { return AwaitGate(); };
+    const auto pass = [] { return S_OK; };
+    return stage == 1 ? Work(wait, pass) : Work(pass, wait);
   }
   static TaskOutcome Run(std::unique_ptr<StagedWork> work) {
     BoundedTask task;
@@ -160,11 +159,9 @@ class BoundedTaskTest : public testing::Test {
 TEST_F(BoundedTaskTest, RunsBothStagesOnAnotherThreadAndGivesTheWorkBack) {
   const DWORD caller = GetCurrentThreadId();
   DWORD first = caller, second = caller;
-  auto made = std::make_unique<TestWork>();
-  made->first = [&] { return first = GetCurrentThreadId(), S_FALSE; };
-  made->second = [&] { return second = GetCurrentThreadId(), 7; };
-  StagedWork* const address = made.get();
-  std::unique_ptr<StagedWork> work = std::move(made);
+  std::unique_ptr<StagedWork> work =
+      Work([&] { return first = GetCurrentThreadId(), S_FALSE; }, [&] { return second = GetCurrentThreadId(), 7; });
+  StagedWork* const address = work.get();
   {
     BoundedTask task;
     EXPECT_EQ(task.Run(work), (TaskOutcome{.stage = 2, .result = 7}));
@@ -179,37 +176,30 @@ TEST_F(BoundedTaskTest, RunsBothStagesOnAnotherThreadAndGivesTheWorkBack) {
   EXPECT_THAT(system_.libraries, ElementsAre(static_cast<void*>(&__ImageBase)));
 }
 
-TEST_F(BoundedTaskTest, FailuresEndWithTheirStage) {
+TEST_F(BoundedTaskTest, FailuresEndWithTheirStageAndExceptionsStayInside) {
+  using Stage = std::function<HRESULT()>;
+  const struct {
+    Stage stage;
+    HRESULT result;
+  } failures[] = {{[] { return E_ACCESSDENIED; }, E_ACCESSDENIED},
+                  {[]() -> HRESULT { throw std::bad_alloc(); }, E_OUTOFMEMORY},
+                  {[]() -> HRESULT { throw std::runtime_error("x"); }, E_OUTOFMEMORY},
+                  {[]() -> HRESULT { throw 5; }, E_OUTOFMEMORY}};
   bool second_ran = false;
-  auto work = std::make_unique<TestWork>();
-  work->first = [] { return E_ACCESSDENIED; };
-  work->second = [&] { return second_ran = true, S_OK; };
-  EXPECT_EQ(Run(std::move(work)), (TaskOutcome{.stage = 1, .result = E_ACCESSDENIED}));
-  EXPECT_FALSE(second_ran);
-  work = std::make_unique<TestWork>();
-  work->second = [] { return E_ABORT; };
-  EXPECT_EQ(Run(std::move(work)), (TaskOutcome{.stage = 2, .result = E_ABORT}));
-}
-
-TEST_F(BoundedTaskTest, ExceptionsOfTheWorkStayInside) {
-  const std::function<HRESULT()> throws[] = {[]() -> HRESULT { throw std::bad_alloc(); },
-                                             []() -> HRESULT { throw std::runtime_error("x"); },
-                                             []() -> HRESULT { throw 5; }};
-  for (const auto& raise : throws) {
-    auto work = std::make_unique<TestWork>();
-    work->first = raise;
-    EXPECT_EQ(Run(std::move(work)), (TaskOutcome{.stage = 1, .result = E_OUTOFMEMORY}));
-    work = std::make_unique<TestWork>();
-    work->second = raise;
-    EXPECT_EQ(Run(std::move(work)), (TaskOutcome{.stage = 2, .result = E_OUTOFMEMORY}));
+  for (const auto& failure : failures) {
+    EXPECT_EQ(Run(Work(failure.stage, [&] { return second_ran = true, S_OK; })),
+              (TaskOutcome{.stage = 1, .result = failure.result}));
+    EXPECT_EQ(Run(Work([] { return S_OK; }, failure.stage)), (TaskOutcome{.stage = 2, .result = failure.result}));
   }
+  EXPECT_FALSE(second_ran);
   system_.wait = TimeOut;
-  auto work = std::make_unique<TestWork>();
-  work->first = [this]() -> HRESULT {
-    AwaitGate();
-    throw std::bad_alloc();
-  };
-  EXPECT_EQ(Run(std::move(work)), kFirstTimedOut);
+  EXPECT_EQ(Run(Work(
+                [this]() -> HRESULT {
+                  AwaitGate();
+                  throw std::bad_alloc();
+                },
+                [] { return S_OK; })),
+            kFirstTimedOut);
   OpenGate();
   EXPECT_TRUE(WaitUntilEnded());
   EXPECT_EQ(passed_, 1);

@@ -1,148 +1,174 @@
-// The driver's thin wrappers, the ACPI channel, the battery class and the debug-log folder.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+// The driver's thin wrappers, the ACPI channel, USB hubs and the debug-log folder: what is sent, and answers of every
+// wrong length, of which what did not come counts as zero, and nothing outside the record is touched, whatever length
+// is told.
 #include <cstring>
-#include <string>
 
 #include "frame/acpi_channel.h"
 #include "frame/debug_log_folder.h"
 #include "frame/driver_channel.h"
+#include "frame/ec_command.h"
+#include "frame/handles.h"
 #include "frame/library_state.h"
-#include "tests/support/arch_value.h"
+#include "radio/usb_port.h"
+#include "tests/support/ec_test.h"
 #include "tests/support/opened_device.h"
-#include "tests/support/scripted_ec.h"
-#include "tests/support/trace_recorder.h"
 
 namespace vexa::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 using Bytes = std::vector<uint8_t>;
 
-struct Request {
-  uint32_t code;
+constexpr DWORD kLengths[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 0xFFFFFFFF};
+
+// A device behind DeviceIoControl: what it was asked last, and what it answers: 0x81 0x82 and so on, or `answer`.
+struct Device {
+  DWORD length = 16;  // that it tells
+  Bytes answer;
+  bool fails = false;
+  DWORD code = 0, out_size = 0;
   Bytes in;
-  size_t out_size;
-};
+  int requests = 0;
+} g_device;
 
-class DeviceChannels : public testing::Test {
- protected:
-  DeviceChannels() {
-    TraceRecorder::Get().Enable(0);
-    TraceRecorder::Get().TakeEvents();
-    driver_.device = [this](uint32_t code, const Bytes& in, Bytes& out) {
-      requests_.push_back({code, in, out.size()});
-      if (fails_) return false;
-      for (size_t i = 0; i < out.size(); ++i) out[i] = static_cast<uint8_t>(first_ + i);
-      if (!answer_.empty()) out = answer_;
-      return true;
-    };
+BOOL WINAPI Control(HANDLE, DWORD code, LPVOID in, DWORD in_size, LPVOID out, DWORD size, LPDWORD returned,
+                    LPOVERLAPPED) {
+  const auto* const sent = static_cast<uint8_t*>(in);
+  g_device.code = code;
+  g_device.out_size = size;
+  g_device.in.assign(sent, sent + in_size);
+  ++g_device.requests;
+  if (g_device.fails) return FALSE;
+  auto* const bytes = static_cast<uint8_t*>(out);
+  if (!g_device.answer.empty()) g_device.length = static_cast<DWORD>(g_device.answer.size());
+  for (DWORD i = 0; i < std::min(g_device.length, size); ++i) {
+    bytes[i] = g_device.answer.empty() ? static_cast<uint8_t>(0x81 + i) : g_device.answer[i];
   }
-
-  Request Take() {
-    EXPECT_EQ(requests_.size(), 1u);
-    Request request = requests_.empty() ? Request{} : requests_.front();
-    requests_.clear();
-    return request;
-  }
-
-  ArchValue arch_{L"x64"};
-  ScriptedEc driver_;
-  std::vector<Request> requests_;
-  Bytes answer_;
-  uint8_t first_ = 1;
-  bool fails_ = false;
-};
-
-TEST_F(DeviceChannels, EachWrapperHasItsCodeShapeAndAnswer) {
-  const struct {
-    int64_t (*call)();
-    uint32_t code;
-    size_t in_size, out_size;
-    int64_t answer;
-  } wrappers[] = {
-      {[] { return int64_t{ReadDriverVersion()}; }, 0x80102040, 0, 4, 0x04030201},
-      {[] { return int64_t{ReadDriverReferenceCount()}; }, 0x80102044, 0, 4, 0x04030201},
-      {[] { return int64_t{ReadCpuPowerLimit1(0xAABBCCDD)}; }, 0x80102074, 12, 12, 0x08070605},
-      {[] { return int64_t{ReadCpuPowerLimit2(0xAABBCCDD)}; }, 0x80102078, 12, 12, 0x0C0B0A09},
-      {[] { return int64_t{ReadCpuPackagePower()}; }, 0x8010207C, 0, 8, 0x04030201},
-      {[] { return int64_t{ReadCpuVoltage()}; }, 0x80102080, 0, 8, 0x04030201},
-      {[] { return ReadCpuFrequency(CpuVendor::kIntel); }, 0x80102084, 0, 8, 0x0807060504030201},
-      {[] { return ReadCpuFrequency(CpuVendor::kOther); }, 0x80102090, 0, 8, 0x0807060504030201},
-      {[] { return ReadCpuMaxFrequency(CpuVendor::kIntel); }, 0x80102088, 0, 8, 0x0807060504030201},
-      {[] { return ReadCpuMaxFrequency(CpuVendor::kOther); }, 0x80102094, 0, 8, 0x0807060504030201},
-  };
-  for (const auto& wrapper : wrappers) {
-    // They don't test whether the library is initialised: the request itself decides.
-    g_library.initialised = false;
-    fails_ = false;
-    answer_.clear();
-    EXPECT_EQ(wrapper.call(), wrapper.answer) << std::hex << wrapper.code;
-    const Request request = Take();
-    EXPECT_EQ(request.code, wrapper.code);
-    EXPECT_EQ(request.in.size(), wrapper.in_size);
-    EXPECT_EQ(request.out_size, wrapper.out_size);
-    if (wrapper.in_size == 12)
-      EXPECT_THAT(Bytes(request.in.begin(), request.in.begin() + 4), ElementsAre(0xDD, 0xCC, 0xBB, 0xAA));
-    fails_ = true;
-    EXPECT_EQ(wrapper.call(), 0);
-    requests_.clear();
-  }
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), IsEmpty());
+  *returned = g_device.length;
+  return TRUE;
 }
 
-TEST_F(DeviceChannels, ShortAnswersLeaveZeros) {
-  answer_ = {0xFF};
-  EXPECT_EQ(ReadDriverVersion(), 0xFFu);
-  EXPECT_EQ(ReadCpuPackagePower(), 0xFFu);
-  EXPECT_EQ(ReadCpuPowerLimit2(0x01020304), 0u);
-  EXPECT_EQ(ReadCpuFrequency(CpuVendor::kIntel), 0xFF);
+// The number of `size` bytes from `offset` on, of which only those that came are not zero.
+uint64_t Came(DWORD offset, DWORD size) {
+  uint64_t number = 0;
+  for (DWORD i = 0; i < size && offset + i < g_device.length; ++i) number |= uint64_t{0x81 + offset + i} << 8 * i;
+  return number;
+}
+
+class DeviceChannels : public ShellTest {
+ protected:
+  DeviceChannels() { g_device = {}; }
+  ~DeviceChannels() override { g_library = {}; }
+
+  ArchValue arch_{L"x64"};
+  ImportPatch control_{"DeviceIoControl", Control};
+};
+
+TEST_F(DeviceChannels, NumbersOfTheDriver) {
+  const struct {
+    DWORD code;
+    uint64_t (*call)();
+    DWORD offset, size;  // of the number in the answer
+    size_t in_size;
+    DWORD out_size;
+  } wrappers[] = {
+      {0x80102040, [] { return uint64_t{ReadDriverVersion()}; }, 0, 4, 0, 4},
+      {0x80102044, [] { return uint64_t{ReadDriverReferenceCount()}; }, 0, 4, 0, 4},
+      {0x80102074, [] { return uint64_t{ReadCpuPowerLimit1(0xAABBCCDD)}; }, 4, 4, 12, 12},
+      {0x80102078, [] { return uint64_t{ReadCpuPowerLimit2(0xAABBCCDD)}; }, 8, 4, 12, 12},
+      {0x8010207C, [] { return uint64_t{ReadCpuPackagePower()}; }, 0, 4, 0, 8},
+      {0x80102080, [] { return uint64_t{ReadCpuVoltage()}; }, 0, 4, 0, 8},
+      {0x80102084, [] { return static_cast<uint64_t>(ReadCpuFrequency(CpuVendor::kIntel)); }, 0, 8, 0, 8},
+      {0x80102088, [] { return static_cast<uint64_t>(ReadCpuMaxFrequency(CpuVendor::kIntel)); }, 0, 8, 0, 8},
+      {0x80102090, [] { return static_cast<uint64_t>(ReadCpuFrequency(CpuVendor::kOther)); }, 0, 8, 0, 8},
+      {0x80102094, [] { return static_cast<uint64_t>(ReadCpuMaxFrequency(CpuVendor::kOther)); }, 0, 8, 0, 8},
+  };
+  for (const auto& wrapper : wrappers) {
+    SCOPED_TRACE(wrapper.code);
+    // They don't test whether the library is initialised: the request itself decides.
+    for (const DWORD length : kLengths) {
+      g_device.length = length;
+      EXPECT_EQ(wrapper.call(), Came(wrapper.offset, wrapper.size)) << length;
+    }
+    EXPECT_EQ(g_device.code, wrapper.code);
+    EXPECT_EQ(g_device.in.size(), wrapper.in_size);
+    EXPECT_EQ(g_device.out_size, wrapper.out_size);
+    if (wrapper.in_size == 12)
+      EXPECT_THAT(Bytes(&g_device.in[0], &g_device.in[4]), ElementsAre(0xDD, 0xCC, 0xBB, 0xAA));
+    g_device.fails = true;
+    EXPECT_EQ(wrapper.call(), 0u);
+    g_device.fails = false;
+  }
+  EXPECT_THAT(Lines(), IsEmpty());
 }
 
 TEST_F(DeviceChannels, CpuIdNeedsInitialisationAndNamesItsLength) {
-  const std::optional<CpuIdAnswer> answer = ReadCpuId(7);
-  ASSERT_TRUE(answer);
-  EXPECT_EQ(answer->eax, 0x04030201u);
-  EXPECT_EQ(answer->edx, 0x100F0E0Du);
-  const Request request = Take();
-  EXPECT_EQ(request.code, 0x80102068u);
-  ASSERT_EQ(request.in.size(), 21u);
-  EXPECT_EQ(request.in[0], 7);
-  EXPECT_EQ(request.in[20], 21);
-  EXPECT_EQ(request.out_size, 16u);
-  g_library.initialised = false;
   EXPECT_FALSE(ReadCpuId(7));
-  EXPECT_THAT(requests_, IsEmpty());
+  EXPECT_EQ(g_device.requests, 0);
+  g_library.initialised = true;
+  for (const DWORD length : kLengths) {
+    g_device.length = length;
+    const CpuIdAnswer answer = ReadCpuId(7).value();
+    EXPECT_EQ(answer.eax, Came(0, 4));
+    EXPECT_EQ(answer.edx, Came(12, 4));
+  }
+  EXPECT_EQ(g_device.code, 0x80102068u);
+  ASSERT_EQ(g_device.in.size(), 21u);
+  EXPECT_EQ(g_device.in[0], 7);
+  EXPECT_EQ(g_device.in[20], 21);
+  EXPECT_EQ(g_device.out_size, 16u);
 }
 
 TEST_F(DeviceChannels, VendorTest) {
-  const auto set = [this](const char* ebx, const char* ecx, const char* edx) {
-    answer_ = Bytes(16, 0);
-    std::memcpy(&answer_[4], ebx, 4);
-    std::memcpy(&answer_[8], ecx, 4);
-    std::memcpy(&answer_[12], edx, 4);
+  const auto vendor = [](const std::string& registers) {
+    g_device.answer = Bytes(4, 0);
+    g_device.answer.insert(g_device.answer.end(), registers.begin(), registers.end());
+    return ReadCpuVendor();
   };
-  set("Genu", "ntel", "ineI");
-  EXPECT_EQ(ReadCpuVendor(), CpuVendor::kIntel);
-  EXPECT_EQ(Take().in[0], 0);
-  set("Genu", "ineI", "ntel");
-  EXPECT_EQ(ReadCpuVendor(), CpuVendor::kOther);
-  set("Auth", "cAMD", "enti");
-  EXPECT_EQ(ReadCpuVendor(), CpuVendor::kOther);
-  set("Genu", "ntel", "ineI");
-  fails_ = true;
-  EXPECT_EQ(ReadCpuVendor(), CpuVendor::kOther);
-  requests_.clear();
-  fails_ = false;
+  g_library.initialised = true;
+  EXPECT_EQ(vendor("GenuntelineI"), CpuVendor::kIntel);
+  EXPECT_EQ(g_device.in[0], 0);
+  EXPECT_EQ(vendor("GenuineIntel"), CpuVendor::kOther);  // in another order
+  EXPECT_EQ(vendor("AuthcAMDenti"), CpuVendor::kOther);
+  g_device.fails = true;
+  EXPECT_EQ(vendor("GenuntelineI"), CpuVendor::kOther);
+  g_device = {};
   g_library.initialised = false;
-  EXPECT_EQ(ReadCpuVendor(), CpuVendor::kOther);
+  EXPECT_EQ(vendor("GenuntelineI"), CpuVendor::kOther);
   ArchValue::Set(L"ARM64");
   g_library.initialised = true;
-  EXPECT_EQ(ReadCpuVendor(), CpuVendor::kArm64);
-  EXPECT_THAT(requests_, IsEmpty());
+  EXPECT_EQ(vendor("GenuntelineI"), CpuVendor::kArm64);
+  EXPECT_EQ(g_device.requests, 0);
+}
+
+// An answer without its status word is a success, and one without its byte is 0.
+TEST_F(DeviceChannels, EcCommand) {
+  g_library.initialised = true;
+  for (const DWORD length : kLengths) {
+    g_device.length = length;
+    constexpr uint8_t kData[] = {0x01, 0x31};
+    uint32_t status = 0x5A5A5A5A;
+    EXPECT_EQ(RwEcCmd(2, 0xDD, kData, 1, &status), Came(11, 1)) << length;
+    EXPECT_EQ(status, Came(12, 4)) << length;
+    EXPECT_EQ(g_device.code, 0x80102070u);
+  }
+}
+
+TEST_F(DeviceChannels, UsbHubs) {
+  const DeviceHandle hub(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+  for (const DWORD length : kLengths) {
+    g_device.length = length;
+    const auto properties = AskPortProperties(hub, 0);
+    EXPECT_EQ(g_device.code, 0x220458u);
+    ASSERT_TRUE(properties);
+    // 0x89
+    EXPECT_EQ(properties->user_connectable, length > 8) << length;
+    EXPECT_EQ(properties->type_c, length > 8) << length;
+    const auto descriptor = AskDeviceDescriptor(hub, 0);
+    EXPECT_EQ(g_device.code, 0x220410u);
+    ASSERT_TRUE(descriptor);
+    EXPECT_EQ(descriptor->bcd_usb, Came(14, 2)) << length;
+    EXPECT_EQ(descriptor->device_class, Came(16, 1)) << length;
+  }
 }
 
 // ---- ACPI ----
@@ -150,67 +176,77 @@ TEST_F(DeviceChannels, VendorTest) {
 class AcpiChannel : public DeviceChannels {
  protected:
   OpenedDevice opened_;
-  uint32_t result_ = 0xDEAD;
 };
 
-TEST_F(AcpiChannel, RecordsOfTheThreeForms) {
-  EXPECT_EQ(AcpiDsts(0x00060094, &result_), 1u);
-  EXPECT_EQ(result_, 0x04030201u);
-  EXPECT_EQ(opened_.name, L"\\\\.\\OBXACPI");
-  EXPECT_EQ(opened_.access, GENERIC_READ | GENERIC_WRITE);
-  EXPECT_EQ(opened_.share, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE});
-  EXPECT_EQ(opened_.disposition, DWORD{OPEN_EXISTING});
-  EXPECT_EQ(opened_.flags, 0u);
-  Request request = Take();
-  EXPECT_EQ(request.code, 0x0022240Cu);
-  EXPECT_EQ(request.out_size, 1024u);
-  EXPECT_THAT(request.in, ElementsAre('D', 'S', 'T', 'S', 4, 0, 0, 0, 0x94, 0x00, 0x06, 0x00));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(),
-              ElementsAre("5 [ACPI_OBX_DSTS] Arg = 0x60094", "5 [ACPI_OBX_DSTS] return = 0x4030201"));
-
-  EXPECT_EQ(AcpiDstsWithValue(0x11223344, &result_), 1u);
-  EXPECT_THAT(Take().in, ElementsAre('D', 'S', 'T', 'S', 8, 0, 0, 0, 0xF2, 0x00, 0x12, 0x00, 0x44, 0x33, 0x22, 0x11));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), IsEmpty());
-
-  EXPECT_EQ(AcpiDevs(80, &result_), 1u);
-  EXPECT_THAT(Take().in, ElementsAre('D', 'E', 'V', 'S', 8, 0, 0, 0, 0x59, 0x00, 0x06, 0x00, 80, 0, 0, 0));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(),
-              ElementsAre("5 [ACPI_OBX_DEVS] Arg0 = 0x60059, Arg1 = 0x50", "5 [ACPI_OBX_DEVS] return = 0x4030201"));
-  EXPECT_EQ(opened_.total, 3);
-  EXPECT_EQ(opened_.open, 0);
-}
-
-TEST_F(AcpiChannel, ShortAnswersAreZeroAndFailuresCloseTheDevice) {
-  answer_ = {1, 2, 3};
-  EXPECT_EQ(AcpiDsts(1, &result_), 1u);
-  EXPECT_EQ(result_, 0u);
-  fails_ = true;
-  TraceRecorder::Get().TakeEvents();
-  EXPECT_EQ(AcpiDevs(1, &result_), 0u);
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre("5 [ACPI_OBX_DEVS] Arg0 = 0x60059, Arg1 = 0x1"));
-  EXPECT_EQ(opened_.open, 0);
-  requests_.clear();
-  opened_.opens = false;
-  EXPECT_EQ(AcpiDsts(1, &result_), 0u);
-  EXPECT_THAT(requests_, IsEmpty());
+TEST_F(AcpiChannel, EachMethodItsRecordAndItsLines) {
+  const struct {
+    uint32_t (*call)(uint32_t, uint32_t*);
+    uint32_t argument;
+    Bytes in;
+    Strings lines;  // of a call that succeeds; the last one only then
+  } methods[] = {
+      {AcpiDsts,
+       0x00060094,
+       {'D', 'S', 'T', 'S', 4, 0, 0, 0, 0x94, 0x00, 0x06, 0x00},
+       {"5 [ACPI_OBX_DSTS] Arg = 0x60094", "5 [ACPI_OBX_DSTS] return = 0x84838281"}},
+      {AcpiDstsWithValue,
+       0x11223344,
+       {'D', 'S', 'T', 'S', 8, 0, 0, 0, 0xF2, 0x00, 0x12, 0x00, 0x44, 0x33, 0x22, 0x11},
+       {}},
+      {AcpiDevs,
+       80,
+       {'D', 'E', 'V', 'S', 8, 0, 0, 0, 0x59, 0x00, 0x06, 0x00, 80, 0, 0, 0},
+       {"5 [ACPI_OBX_DEVS] Arg0 = 0x60059, Arg1 = 0x50", "5 [ACPI_OBX_DEVS] return = 0x84838281"}},
+  };
+  for (const auto& method : methods) {
+    uint32_t result = 0xDEAD;
+    g_device = {};
+    EXPECT_EQ(method.call(method.argument, &result), 1u);
+    EXPECT_EQ(result, 0x84838281u);
+    EXPECT_EQ(opened_.name, L"\\\\.\\OBXACPI");
+    EXPECT_EQ(opened_.access, GENERIC_READ | GENERIC_WRITE);
+    EXPECT_EQ(opened_.share, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE});
+    EXPECT_EQ(opened_.disposition, DWORD{OPEN_EXISTING});
+    EXPECT_EQ(opened_.flags, 0u);
+    EXPECT_EQ(g_device.code, 0x0022240Cu);
+    EXPECT_EQ(g_device.out_size, 1024u);
+    EXPECT_EQ(g_device.in, method.in);
+    EXPECT_EQ(Lines(), method.lines);
+    for (const DWORD length : kLengths) {
+      g_device.length = length;
+      EXPECT_EQ(method.call(1, &result), 1u);
+      EXPECT_EQ(result, length < 4 ? 0u : 0x84838281u) << length;
+    }
+    Lines();
+    g_device.fails = true;
+    EXPECT_EQ(method.call(method.argument, &result), 0u);
+    EXPECT_EQ(Lines(), FirstOf(method.lines, 1));
+    EXPECT_EQ(opened_.open, 0);
+    opened_.opens = false;
+    g_device.requests = 0;
+    EXPECT_EQ(method.call(1, &result), 0u);
+    EXPECT_EQ(g_device.requests, 0);
+    opened_.opens = true;
+    Lines();
+  }
 }
 
 TEST_F(AcpiChannel, GeneralFormCopiesWhatBothSidesHold) {
   const std::byte arguments[3] = {std::byte{7}, std::byte{8}, std::byte{9}};
-  std::byte buffer[6] = {};
+  std::byte room[17] = {};
   size_t copied = 99;
-  answer_ = {10, 20, 30, 40};
-  EXPECT_EQ(AcpiMethod("OBXD", arguments, std::span(buffer, 5), &copied), 1u);
-  EXPECT_EQ(copied, 4u);
-  EXPECT_EQ(buffer[3], std::byte{40});
-  EXPECT_THAT(Take().in, ElementsAre('O', 'B', 'X', 'D', 3, 0, 0, 0, 7, 8, 9));
-  answer_ = Bytes(1024, 0xEE);
-  EXPECT_EQ(AcpiMethod("OBXD", {}, std::span(buffer, 5), &copied), 1u);
-  EXPECT_EQ(copied, 5u);
-  EXPECT_EQ(buffer[5], std::byte{0});
-  EXPECT_THAT(requests_.back().in, ElementsAre('O', 'B', 'X', 'D', 0, 0, 0, 0));
-  fails_ = true;
-  EXPECT_EQ(AcpiMethod("OBXD", {}, buffer, &copied), 0u);
+  for (const DWORD length : kLengths) {
+    g_device.length = length;
+    EXPECT_EQ(AcpiMethod("OBXD", arguments, std::span(room).first(16), &copied), 1u);
+    EXPECT_EQ(copied, std::min<size_t>(length, 16));
+    EXPECT_EQ(room[16], std::byte{0});
+  }
+  EXPECT_EQ(room[15], std::byte{0x90});
+  EXPECT_THAT(g_device.in, ElementsAre('O', 'B', 'X', 'D', 3, 0, 0, 0, 7, 8, 9));
+  EXPECT_EQ(AcpiMethod("OBXD", {}, room, &copied), 1u);
+  EXPECT_THAT(g_device.in, ElementsAre('O', 'B', 'X', 'D', 0, 0, 0, 0));
+  g_device.fails = true;
+  EXPECT_EQ(AcpiMethod("OBXD", {}, room, &copied), 0u);
   EXPECT_EQ(copied, 0u);
 }
 
@@ -229,8 +265,7 @@ TEST(DebugLogFolder, CreatesEveryLevelAndSucceedsAgain) {
   EXPECT_TRUE(CreateDebugLogFolder());
   RemoveDirectoryW(levels[0]);
   // A file where a folder should be can't be helped, and is told.
-  const HANDLE file = CreateFileW(levels[0], GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  CloseHandle(file);
+  CloseHandle(CreateFileW(levels[0], GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
   EXPECT_FALSE(CreateDebugLogFolder());
   DeleteFileW(levels[0]);
 }

@@ -1,15 +1,9 @@
 // The free space of disks: the chain of queries, with serial numbers as real and hostile disks have them.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "tests/support/call_script.h"
 #include "tests/support/wmi_test.h"
 #include "vexa/inventory.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::ElementsAre;
 
 constexpr uint32_t kCom = 1;
 constexpr wchar_t kHdd[] = L"select * from MSFT_PhysicalDisk where mediatype=3";
@@ -41,8 +35,8 @@ class DiskUsage : public WmiTest {
   void Volume(const std::wstring& escaped_path, const WmiValue& free) {
     wmi.rows[L"select * from MSFT_Volume where Path = '" + escaped_path + L"'"] = {{{L"SizeRemaining", free}}};
   }
-  std::vector<std::string> Queries() {
-    std::vector<std::string> queries;
+  Strings Queries() {
+    Strings queries;
     for (const std::string& call : wmi.TakeCalls()) {
       if (call.starts_with("ExecQuery")) queries.push_back(call.substr(14, call.size() - 17));
     }
@@ -66,7 +60,7 @@ TEST_F(DiskUsage, ChainOfQueriesAndBothTexts) {
                                      "select * from MSFT_Disk where SerialNumber like '%0025[_]38B1[_]2140[_]5F17.%'",
                                      "select * from MSFT_Partition where DiskNumber = '0'",
                                      "select * from MSFT_Volume where Path = '\\\\\\\\?\\\\Volume{b}\\\\'"));
-  const std::vector<std::string> lines = Lines();
+  const Strings lines = Lines();
   EXPECT_EQ(lines.front(), "5 WMIGetHDDUsage Start");
   EXPECT_EQ(lines.back(), "5 WMIGetHDDUsage End");
   EXPECT_EQ(CountOf(lines, "5 [ReadWMIPropStr] Step7 Do CoUninitialize()"), 6);
@@ -93,7 +87,7 @@ TEST_F(DiskUsage, SerialsCanNotLeaveTheirLiteral) {
 TEST_F(DiskUsage, DisksKeepTheirPlaces) {
   Serials(kSsd, {L"none", L"", L"bare", L"bad", L"last"});
   Disk(L"bare", 2, {});
-  Disk(L"bad", 3, {{L"\\\\?\\Volume{x}\\"}, {L"E:\\"}, {}, {L"\\\\?\\Volume{y}\\"}, {L"\\\\?\\Volume{z}\\"}});
+  Disk(L"bad", 3, {{L"\\\\?\\Volume{z}\\"}, {L"E:\\"}, {}, {L"\\\\?\\Volume{y}\\"}, {L"\\\\?\\Volume{x}\\"}});
   Volume(L"\\\\\\\\?\\\\Volume{x}\\\\", Number(VT_NULL, 0));
   Volume(L"\\\\\\\\?\\\\Volume{y}\\\\", Text(L"12;34"));
   Volume(L"\\\\\\\\?\\\\Volume{z}\\\\", Text(L"7"));

@@ -1,16 +1,9 @@
 // The driver service's registration: looked for, created, read, changed and removed.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "frame/driver_service.h"
 #include "tests/support/driver_test.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
 
 constexpr char kNoManager[] = "1 ERROR: Failed to open service control manager. Error code=0x00000005";
 constexpr char kNoService[] = "1 ERROR: Failed to get handle of service [VexaSAIO]. Error code=0x00000005";

@@ -1,18 +1,12 @@
 // Starting and stopping the driver service: two routines of one shape, each step failing in turn.
 #include "frame/driver_service.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/driver_test.h"
 
 namespace vexa::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-
-using Texts = std::vector<std::string>;
+using Texts = Strings;
 
 struct Routine {
   const char* name;

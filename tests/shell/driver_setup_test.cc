@@ -1,17 +1,9 @@
 // Where the library finds its driver, and when it installs it.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/lifecycle_test.h"
 #include "vexa/lifecycle.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsSupersetOf;
-using testing::Not;
 
 constexpr char kManager[] = "OpenSCManagerW null null f003f";
 constexpr char kMutex[] = "CreateMutexW null 1 VEXAWINIO_!@#$%^&*";
@@ -169,7 +161,7 @@ TEST_F(DriverSetupTest, WaitsForAnotherInstaller) {
   machine.mutex_exists = true;
   machine.wait_result = WAIT_TIMEOUT;
   EXPECT_EQ(InitializeWinIo(), 0u);
-  const std::vector<std::string> calls = script.Take();
+  const Strings calls = script.Take();
   EXPECT_THAT(std::vector(calls.end() - 3, calls.end()),
               ElementsAre(kMutex, "WaitForSingleObject mutex 5000", "CloseHandle mutex"));
   EXPECT_THAT(Lines(),
@@ -180,7 +172,7 @@ TEST_F(DriverSetupTest, WaitsForAnotherInstaller) {
     service = {.exists = false};
     machine.wait_result = result;
     EXPECT_EQ(InitializeWinIo(), 1u);
-    const std::vector<std::string> lines = Lines();
+    const Strings lines = Lines();
     EXPECT_EQ(CountOf(lines, kWaiting), 1);
     EXPECT_EQ(CountOf(lines, kFinished), result == WAIT_OBJECT_0 ? 1 : 0);
     EXPECT_EQ(CountOf(script.Take(), kCreate), 1);
@@ -208,7 +200,7 @@ TEST_F(DriverSetupTest, ServiceThatCanNotBeCreated) {
   // Nothing is rolled back.
   EXPECT_FALSE(service.exists);
   EXPECT_EQ(script.Take().back(), "CloseHandle mutex");
-  std::vector<std::string> lines = Lines();
+  Strings lines = Lines();
   EXPECT_THAT(std::vector(lines.end() - 2, lines.end()),
               ElementsAre("1 ERROR: Failed to create service [VexaSAIO]. Error code=0x00000436",
                           "1 ERROR: Failed to install driver [VexaSAIO]"));

@@ -1,14 +1,9 @@
 // A failure at every call of an initialisation that has to move the driver service.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/lifecycle_test.h"
 #include "vexa/lifecycle.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::ElementsAre;
 
 // One initialisation that has to move the service; the fakes check handles and memory on every way out.
 uint32_t InitializeMoved(bool only, int failing, std::string* function) {
@@ -22,7 +17,7 @@ uint32_t InitializeMoved(bool only, int failing, std::string* function) {
   EXPECT_EQ(g_library.initialised, result == 1);
   EXPECT_EQ(g_library.driver != INVALID_HANDLE_VALUE, result == 1);
   EXPECT_EQ(fakes.machine.open_devices, static_cast<int>(result));
-  const std::vector<std::string> calls = fakes.script.Take();
+  const Strings calls = fakes.script.Take();
   *function = failing < static_cast<int>(calls.size()) ? calls[failing].substr(0, calls[failing].find(' ')) : "";
   EXPECT_EQ(CountOf(calls, "ReleaseMutex mutex"), 0);
   g_library = {};
@@ -31,7 +26,7 @@ uint32_t InitializeMoved(bool only, int failing, std::string* function) {
 
 TEST(DriverSetupSweep, EachCallFailingAlone) {
   const ArchValue arch(L"x64");
-  std::vector<std::string> results;
+  Strings results;
   std::string function;
   for (int i = 0; i < 100; ++i) {
     const uint32_t result = InitializeMoved(true, i, &function);

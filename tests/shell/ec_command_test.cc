@@ -1,60 +1,50 @@
 // The EC command channel and the catalogue's row reader: bytes on the wire, statuses, lines.
 #include "frame/ec_command.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstring>
 
 #include "ec/table_row.h"
 #include "frame/library_state.h"
 #include "tests/support/allocations.h"
-#include "tests/support/scripted_ec.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/ec_test.h"
 
 namespace vexa::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-class EcCommand : public testing::Test {
+class EcCommand : public EcTest {
  protected:
-  EcCommand() {
-    TraceRecorder::Get().Enable(0);
-    TraceRecorder::Get().TakeEvents();
-  }
   ~EcCommand() override { TraceRecorder::Get().Enable(0); }
 
-  std::vector<std::string> Lines() { return TraceRecorder::Get().TakeLines(); }
+  void Answer(const EcReply& reply) {
+    ec_.answer = [reply](const EcCommandRecord&) { return reply; };
+  }
+  static std::vector<uint8_t> BytesOf(const EcCommandRecord& record) {
+    const auto* bytes = reinterpret_cast<const uint8_t*>(&record);
+    return {bytes, bytes + sizeof record};
+  }
 
-  ScriptedEc ec_;
   uint32_t status_ = 0xDEAD;
 };
 
-TEST_F(EcCommand, RecordBytes) {
-  ec_.answer = [](const EcCommandRecord&) { return EcReply{.value = 0x42}; };
+TEST_F(EcCommand, RecordBytesAndLines) {
+  Answer({.value = 0x42});
   const uint8_t data[] = {0x00, 0x11};
   EXPECT_EQ(RwEcCmd(2, 0x87, data, 1, &status_), 0x42);
   EXPECT_EQ(status_, 0u);
-  ASSERT_EQ(ec_.records.size(), 1u);
-  uint8_t bytes[16];
-  std::memcpy(bytes, &ec_.records[0], sizeof bytes);
-  EXPECT_THAT(bytes, ElementsAre(0x87, 2, 0x00, 0x11, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0));
-  EXPECT_THAT(Lines(), ElementsAre("5 [RwEcCmd] cmd: 0x87 DataList: 0x0 0x11 ReadData"));
-
+  EXPECT_THAT(BytesOf(ec_.records.at(0)), ElementsAre(0x87, 2, 0x00, 0x11, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0));
   const uint8_t eight[] = {1, 2, 3, 4, 5, 6, 7, 0xF0};
   EXPECT_EQ(RwEcCmd(8, 0x0A, eight, 0, &status_), 0x42);
-  std::memcpy(bytes, &ec_.records[1], sizeof bytes);
-  EXPECT_THAT(bytes, ElementsAre(0x0A, 8, 1, 2, 3, 4, 5, 6, 7, 0xF0, 0, 0, 0, 0, 0, 0));
-  EXPECT_THAT(Lines(), ElementsAre("5 [RwEcCmd] cmd: 0xa DataList: 0x1 0x2 0x3 0x4 0x5 0x6 0x7 0xf0"));
-}
-
-TEST_F(EcCommand, NoData) {
+  EXPECT_THAT(BytesOf(ec_.records.at(1)), ElementsAre(0x0A, 8, 1, 2, 3, 4, 5, 6, 7, 0xF0, 0, 0, 0, 0, 0, 0));
   RwEcCmd(0, 0xA1, nullptr, 1, &status_);
   RwEcCmd(0, 0xA1, nullptr, 0, &status_);
-  EXPECT_THAT(Lines(), ElementsAre("5 [RwEcCmd] cmd: 0xa1 DataList: ReadData", "5 [RwEcCmd] cmd: 0xa1 DataList:"));
-  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("a1 read", "a1"));
+  EXPECT_THAT(Lines(), ElementsAre("5 [RwEcCmd] cmd: 0x87 DataList: 0x0 0x11 ReadData",
+                                   "5 [RwEcCmd] cmd: 0xa DataList: 0x1 0x2 0x3 0x4 0x5 0x6 0x7 0xf0",
+                                   "5 [RwEcCmd] cmd: 0xa1 DataList: ReadData", "5 [RwEcCmd] cmd: 0xa1 DataList:"));
+  EXPECT_THAT(LastOf(ec_.TakeExchanges(), 2), ElementsAre("a1 read", "a1"));
+  // More than a record holds go to the driver, which refuses them, without an overrun.
+  const uint8_t many[255] = {1};
+  RwEcCmd(255, 0x80, many, 0, &status_);
+  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("80 01 00 00 00 00 00 00 00 +247"));
 }
 
 TEST_F(EcCommand, RefusedBeforeInitialisation) {
@@ -66,39 +56,28 @@ TEST_F(EcCommand, RefusedBeforeInitialisation) {
                                    "5 [RwEcCmd] IOstatus = VEXAIO_STATUS_NO_INITIALIZED"));
 }
 
-TEST_F(EcCommand, DriverStatusIsHandedOnWithItsByte) {
+TEST_F(EcCommand, StatusIsHandedOnWithItsByteAndAFailedRequestIsSilent) {
   TraceRecorder::Get().Enable(1);
-  ec_.answer = [](const EcCommandRecord&) { return EcReply{.value = 9, .status = 0xC0DE}; };
-  EXPECT_EQ(RwEcCmd(0, 0x80, nullptr, 1, &status_), 9);
-  EXPECT_EQ(status_, 0xC0DEu);
-  EXPECT_THAT(Lines(), ElementsAre("1 [RwEcCmd] IOstatus = c0de"));
-  ec_.answer = [](const EcCommandRecord&) { return EcReply{.value = 9, .status = 2}; };
-  RwEcCmd(0, 0x80, nullptr, 1, &status_);
-  EXPECT_THAT(Lines(), ElementsAre("1 [RwEcCmd] IOstatus = 2", "1 [RwEcCmd] IOstatus = VEXAIO_STATUS_INVALID_DATANUM"));
-}
-
-TEST_F(EcCommand, FailedRequestIsSilentAndNotRetried) {
-  ec_.answer = [](const EcCommandRecord&) { return EcReply{.value = 9, .request_fails = true}; };
-  TraceRecorder::Get().Enable(1);
-  EXPECT_EQ(RwEcCmd(0, 0x80, nullptr, 1, &status_), 0);
-  EXPECT_EQ(status_, 0x7FFFFFFFu);
-  EXPECT_EQ(ec_.TakeExchanges().size(), 1u);
-  EXPECT_THAT(Lines(), IsEmpty());
-}
-
-TEST_F(EcCommand, AnswersOfAnyLengthComeFromAZeroedRecord) {
-  ec_.answer = [](const EcCommandRecord&) { return EcReply{.value = 0x77, .status = 0xFFFFFFFF}; };
-  for (uint32_t size = 0; size <= 16; ++size) {
-    ec_.answer_size = size;
-    EXPECT_EQ(RwEcCmd(0, 0x80, nullptr, 1, &status_), size > 11 ? 0x77 : 0) << size;
-    EXPECT_EQ(status_, size <= 12 ? 0u : 0xFFFFFFFFu >> (8 * (16 - size))) << size;
+  const struct {
+    EcReply reply;
+    uint8_t byte;
+    uint32_t status;
+    Strings lines;
+  } replies[] = {
+      {{.value = 9, .status = 0xC0DE}, 9, 0xC0DE, {"1 [RwEcCmd] IOstatus = c0de"}},
+      {{.value = 9, .status = 2},
+       9,
+       2,
+       {"1 [RwEcCmd] IOstatus = 2", "1 [RwEcCmd] IOstatus = VEXAIO_STATUS_INVALID_DATANUM"}},
+      {{.value = 9, .request_fails = true}, 0, 0x7FFFFFFF, {}},
+  };
+  for (const auto& one : replies) {
+    Answer(one.reply);
+    EXPECT_EQ(RwEcCmd(0, 0x80, nullptr, 1, &status_), one.byte);
+    EXPECT_EQ(status_, one.status);
+    EXPECT_EQ(ec_.TakeExchanges().size(), 1u);  // not tried again
+    EXPECT_EQ(Lines(), one.lines);
   }
-}
-
-TEST_F(EcCommand, TooManyDataBytesAreRefusedByTheDriverWithoutOverrun) {
-  const uint8_t data[255] = {1};
-  RwEcCmd(255, 0x80, data, 0, &status_);
-  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("80 01 00 00 00 00 00 00 00 +247"));
 }
 
 int g_requests = 0;
@@ -118,56 +97,47 @@ TEST_F(EcCommand, OneRequestAndNoAllocationWhileNobodyTraces) {
   EXPECT_EQ(g_requests, 1);
 }
 
-class TableRow : public EcCommand {
- protected:
-  uint8_t failures_ = 0;
-};
+using TableRow = EcTest;
 
-TEST_F(TableRow, TwoByteRowReadsTheHighByteFirst) {
-  EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x30, 2, 0, failures_), 0x3130u);
-  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("dd 01 31 00 read", "dd 01 30 00 read"));
-}
-
-TEST_F(TableRow, InformationRowSendsItsRegister) {
-  EXPECT_EQ(ReadEcTableValue(0xBB, 0x51, 0x51, 1, 0, failures_), 0x51u);
-  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("bb 51 read"));
-}
-
-TEST_F(TableRow, WrittenRowSendsTheValueAndAsksForNothing) {
-  ReadEcTableValue(0xDD, 0x82, 0x32, 1, 3, failures_);
-  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("dd 82 32 03"));
-  // The value is for written rows only.
-  ReadEcTableValue(0xDD, 0x02, 0x32, 1, 3, failures_);
-  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("dd 02 32 00 read"));
-}
-
-TEST_F(TableRow, EmptyRowIsZeroAndOffsetsWrap) {
-  EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x30, 0, 0, failures_), 0u);
-  EXPECT_THAT(ec_.TakeExchanges(), IsEmpty());
-  EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x100, 2, 0, failures_), 0x0100u);
-  EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("dd 01 01 00 read", "dd 01 00 00 read"));
-}
-
-TEST_F(TableRow, FoldShiftsByTheStepNumber) {
-  EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x10, 3, 0, failures_), ((0x12u << 8 | 0x11u) << 16) | 0x10u);
+TEST_F(TableRow, EachKindOfRow) {
+  const struct {
+    uint8_t command, group;
+    uint32_t offset;
+    uint8_t length, value;
+    uint32_t answer;
+    Strings exchanges;
+  } rows[] = {
+      {0xDD, 1, 0x30, 2, 0, 0x3130, {"dd 01 31 00 read", "dd 01 30 00 read"}},  // the high byte first
+      {0xBB, 0x51, 0x51, 1, 0, 0x51, {"bb 51 read"}},
+      {0xDD, 0x82, 0x32, 1, 3, 0x32, {"dd 82 32 03"}},
+      {0xDD, 0x02, 0x32, 1, 3, 0x32, {"dd 02 32 00 read"}},  // the value is for written rows only
+      {0xDD, 1, 0x30, 0, 0, 0, {}},
+      {0xDD, 1, 0x100, 2, 0, 0x0100, {"dd 01 01 00 read", "dd 01 00 00 read"}},  // offsets wrap
+      // The fold shifts by the step's number.
+      {0xDD, 1, 0x10, 3, 0, 0x12110010, {"dd 01 12 00 read", "dd 01 11 00 read", "dd 01 10 00 read"}},
+  };
+  for (const auto& row : rows) {
+    uint8_t failures = 0;
+    EXPECT_EQ(ReadEcTableValue(row.command, row.group, row.offset, row.length, row.value, failures), row.answer);
+    EXPECT_EQ(ec_.TakeExchanges(), row.exchanges);
+  }
 }
 
 TEST_F(TableRow, FourFailuresInARowStopTheTraffic) {
-  ec_.answer = [](const EcCommandRecord&) { return EcReply{.status = 5}; };
-  for (int i = 0; i < 6; ++i) EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x30, 2, 0, failures_), 0x7FFFFFFFu);
-  EXPECT_EQ(ec_.TakeExchanges().size(), 4u);
-  EXPECT_EQ(failures_, 4);
-
-  failures_ = 3;
-  ec_.answer = [](const EcCommandRecord&) { return EcReply{.value = 1}; };
-  EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x30, 1, 0, failures_), 1u);
-  EXPECT_EQ(failures_, 0);
-}
-
-TEST_F(TableRow, NeverAPartialValue) {
+  uint8_t failures = 0;
   ec_.FailExchange(1, ScriptedEc::Failure::kRequest);
-  EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x30, 2, 0, failures_), 0x7FFFFFFFu);
-  EXPECT_EQ(failures_, 1);
+  EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x30, 2, 0, failures), kNoAnswer);  // never a partial value
+  EXPECT_EQ(failures, 1);
+  failures = 0;
+  ec_.answer = [](const EcCommandRecord&) { return EcReply{.status = 5}; };
+  ec_.TakeExchanges();
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x30, 2, 0, failures), kNoAnswer);
+  EXPECT_EQ(ec_.TakeExchanges().size(), 4u);
+  EXPECT_EQ(failures, 4);
+  failures = 3;
+  ec_.answer = [](const EcCommandRecord&) { return EcReply{.value = 1}; };
+  EXPECT_EQ(ReadEcTableValue(0xDD, 1, 0x30, 1, 0, failures), 1u);
+  EXPECT_EQ(failures, 0);
 }
 
 }  // namespace

@@ -1,17 +1,11 @@
 // The EC through the firmware's class: bytes as decimal text, answers back as numbers, and the two write rules.
 #include "wmi/ec_route.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/wmi_test.h"
 #include "vexa/firmware_ec.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr wchar_t kVersionQuery[] = L"select * from Win32_Bios";
 
@@ -28,10 +22,10 @@ class EcRoute : public WmiTest {
 
   void Answer(const WmiValue& value) { answer_ = {{L"value", value}}; }
   void Version(const std::wstring& version) { wmi.rows[kVersionQuery] = {{{L"Name", Text(version)}}}; }
-  std::vector<std::string> Requests() { return std::exchange(requests_, {}); }
+  Strings Requests() { return std::exchange(requests_, {}); }
   // The lines of the route itself, without those of the invoker and the query.
-  static std::vector<std::string> RouteLines() {
-    std::vector<std::string> lines = Lines();
+  static Strings RouteLines() {
+    Strings lines = Lines();
     std::erase_if(lines, [](const std::string& line) {
       return line.starts_with("5 [wmiMethod") || line.starts_with("5 [ReadWMI");
     });
@@ -39,7 +33,7 @@ class EcRoute : public WmiTest {
   }
 
   WmiProperties answer_{{L"value", Number(VT_I4, 0)}};
-  std::vector<std::string> requests_;
+  Strings requests_;
 };
 
 TEST_F(EcRoute, EveryOperationSendsItsBytesAsDecimalText) {
@@ -72,7 +66,7 @@ TEST_F(EcRoute, WritingSendsThreeBytesAndReadsTheVersion) {
   EXPECT_THAT(RouteLines(),
               ElementsAre("5 [ATD_STS_ec_write1] commandCode=2, param0=1, param1=fe", "5 [ATD_STS_ec_write1] result=0",
                           "5 [ATD_STS_ec_write1] name=N14, version=305"));
-  const std::vector<std::string> calls = wmi.TakeCalls();
+  const Strings calls = wmi.TakeCalls();
   EXPECT_EQ(CountOf(calls, "ConnectServer ROOT\\CIMV2 null null null 0 null"), 1);
   EXPECT_EQ(CountOf(calls, "ExecQuery WQL select * from Win32_Bios 30"), 1);
   EXPECT_EQ(CountOf(calls, "Get Name 0"), 1);
@@ -104,7 +98,7 @@ TEST_F(EcRoute, AnswersThatAreNoNumberOfThirtyOneBits) {
     SCOPED_TRACE(answer.output);
     Answer(answer.value);
     EXPECT_EQ(WOA_EC_read(0x0B, 0x03), answer.number);
-    const std::vector<std::string> lines = RouteLines();
+    const Strings lines = RouteLines();
     ASSERT_GE(lines.size(), 2u);
     EXPECT_EQ(lines[1], std::string("5 [ATD_STS_ec_read] output=") + answer.output);
     // 2147483647 itself is a number, and the text for it is no failure.
@@ -171,7 +165,7 @@ TEST_F(EcRoute, TheFirmwaresVersionChoosesTheWriteRule) {
     Answer(Number(VT_I4, 0));
     RouteLines();
     EXPECT_EQ(WOA_EC_write(2, 1, 0), 1u);
-    const std::vector<std::string> lines = RouteLines();
+    const Strings lines = RouteLines();
     ASSERT_EQ(lines.size(), version.line == "-" ? 2u : 3u);
     if (version.line != "-") {
       EXPECT_EQ(lines[2], "5 [ATD_STS_ec_write1] name=" + version.line);

@@ -1,19 +1,13 @@
 // What the fan mutex guards, on the real mutex; waits that would last are scripted. Other processes: tests/e2e.
-#include <windows.h>
-
 #include <thread>
 
 #include "frame/handles.h"
 #include "frame/mutex_guard.h"
-#include "tests/support/adapter_test.h"
+#include "tests/support/ec_test.h"
 #include "vexa/thermal.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // How waits for the mutex end, and the bounds that they asked for.
 struct {
@@ -29,7 +23,7 @@ DWORD WINAPI Wait(HANDLE handle, DWORD timeout_ms) {
   return g_wait_patch->Original<DWORD WINAPI(HANDLE, DWORD)>()(handle, timeout_ms);
 }
 
-class FanMutex : public AdapterTest<> {
+class FanMutex : public EcTest {
  protected:
   FanMutex() {
     g_wait_patch = &wait_;

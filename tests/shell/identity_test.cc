@@ -1,9 +1,6 @@
 // The EC's identity: what is asked of the EC, and what the registry keeps of it.
 #include "vexa/identity.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <map>
 #include <optional>
@@ -11,16 +8,10 @@
 #include "frame/library_state.h"
 #include "tests/support/registry_script.h"
 #include "tests/support/scripted_ec.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/shell_test.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
-using testing::Not;
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis";
 constexpr uint32_t kNoAnswer = 0x7FFFFFFF;
@@ -29,7 +20,7 @@ struct Member {
   const char* name;
   uint32_t (*call)();
   const wchar_t* value;
-  std::vector<std::string> exchanges;
+  Strings exchanges;
   uint32_t answer;
 };
 
@@ -43,14 +34,13 @@ const Member kMembers[] = {
     {"FwRev", EC_ReadEcFwRev, L"EcFwRev", {"bb 51 read", "bb 03 read", "bb 04 read"}, 0x4143},
 };
 
-class Identity : public testing::Test {
+class Identity : public ShellTest {
  protected:
   Identity() {
     Forget();
     ec_.answer = [this](const EcCommandRecord& record) {
       return EcReply{.value = record.command == 0xBB ? registers_[record.data[0]] : uint8_t{0}};
     };
-    TraceRecorder::Get().TakeEvents();
   }
   ~Identity() override { Forget(); }
 
@@ -198,11 +188,11 @@ TEST_F(Identity, RevisionsOfTheEc) {
     TraceRecorder::Get().TakeEvents();
     EXPECT_EQ(EC_ReadEcFwRev(), one.revision);
     EXPECT_EQ(ec_.TakeExchanges().size(), one.exchanges);
-    EXPECT_THAT(TraceRecorder::Get().TakeLines(), Contains(one.line));
+    EXPECT_THAT(Lines(), Contains(one.line));
     EXPECT_EQ(Kept(L"EcFwRev"), one.revision);
     TraceRecorder::Get().TakeEvents();
     EXPECT_EQ(EC_ReadEcFwRev(), one.revision);
-    EXPECT_THAT(TraceRecorder::Get().TakeLines(), Not(Contains(one.line)));
+    EXPECT_THAT(Lines(), Not(Contains(one.line)));
   }
 }
 

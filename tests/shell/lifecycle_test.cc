@@ -1,16 +1,10 @@
 // Initialising and shutting down: counts, the flag, the device, and the small exports beside them.
 #include "vexa/lifecycle.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/lifecycle_test.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr char kOpenAlone[] = "CreateFileW \\\\.\\VexaSAIO c0000000 share 0 null 3 80 null";
 constexpr char kOpenShared[] = "CreateFileW \\\\.\\VexaSAIO c0000000 share 3 null 3 80 null";
@@ -83,7 +77,7 @@ TEST_F(Lifecycle, ShutdownBeforeInitialisingOnlyLogs) {
 TEST_F(Lifecycle, DeviceInUseIsOpenedShared) {
   script.Fail("CreateFileW", ERROR_SHARING_VIOLATION, 1);
   EXPECT_EQ(InitializeWinIo(), 1u);
-  const std::vector<std::string> calls = script.Take();
+  const Strings calls = script.Take();
   EXPECT_EQ(CountOf(calls, kOpenAlone), 1);
   EXPECT_EQ(calls.back(), kOpenShared);
   EXPECT_EQ(machine.open_devices, 1);
@@ -93,7 +87,7 @@ TEST_F(Lifecycle, DeviceInUseIsOpenedShared) {
 TEST_F(Lifecycle, DeviceThatDoesNotOpenEitherWayIsAFailure) {
   script.Fail("CreateFileW", ERROR_FILE_NOT_FOUND);
   EXPECT_EQ(InitializeWinIo(), 0u);
-  const std::vector<std::string> calls = script.Take();
+  const Strings calls = script.Take();
   EXPECT_THAT(std::vector(calls.end() - 2, calls.end()), ElementsAre(kOpenAlone, kOpenShared));
   EXPECT_EQ(Lines().back(), "5 Service [VexaSAIO] is already running.");
   ExpectUntouched();

@@ -1,21 +1,13 @@
 // The cross-process mutex guard, on real mutexes and real threads; waits that would last are scripted.
 #include "frame/mutex_guard.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <thread>
-#include <vector>
 
 #include "frame/handles.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/shell_test.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 struct Waits {
   std::vector<DWORD> asked;
@@ -55,16 +47,13 @@ HANDLE WINAPI RecordCreateMutex(LPSECURITY_ATTRIBUTES attributes, BOOL owned, LP
   return g_create_patch->Original<HANDLE WINAPI(LPSECURITY_ATTRIBUTES, BOOL, LPCWSTR)>()(attributes, owned, name);
 }
 
-class MutexGuard : public testing::Test {
+class MutexGuard : public ShellTest {
  protected:
   MutexGuard() {
     g_waits = {};
     g_create_fails = false;
     g_create_patch = &create_;
-    TraceRecorder::Get().TakeEvents();
   }
-
-  std::vector<std::string> Lines() { return TraceRecorder::Get().TakeLines(); }
 
   ImportPatch create_{"CreateMutexW", RecordCreateMutex};
 };

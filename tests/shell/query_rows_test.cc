@@ -1,16 +1,9 @@
 // How the query variants choose, convert and join the values of their rows.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "tests/support/call_script.h"
 #include "tests/support/wmi_test.h"
 #include "wmi/query_engine.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr wchar_t kDiskQuery[] = L"Select * from Win32_PerfFormattedData_PerfDisk_PhysicalDisk";
 
@@ -106,7 +99,7 @@ TEST_F(QueryRows, SeveralPropertiesKeepTheirPlaces) {
   EXPECT_EQ(text, L"a,1,-2,x;y;,,;,,false");
   EXPECT_EQ(rows, 4u);
   EXPECT_EQ(values, 5u);
-  const std::vector<std::string> calls = wmi.TakeCalls();
+  const Strings calls = wmi.TakeCalls();
   EXPECT_EQ(CountOf(calls, "Get A 0") + CountOf(calls, "Get B 0") + CountOf(calls, "Get C 0"), 12);
   EXPECT_EQ(CountOf(calls, "ExecQuery WQL q 30"), 1);
 }

@@ -1,14 +1,8 @@
 // The query engine on the WMI of the system that the tests run on, nothing replaced: where the simulated firmware is
 // registered, it has no scenario meanwhile, and passes everything on.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <windows.h>
-
-#include <string>
-
 #include "frame/log.h"
 #include "tests/e2e/loaded.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/shell_test.h"
 #include "wmi/query_engine.h"
 
 namespace vexa::test {
@@ -29,7 +23,7 @@ uint32_t Number(const wchar_t* query, const wchar_t* property) {
   return value;
 }
 
-class RealWmi : public testing::Test {
+class RealWmi : public ShellTest {
  protected:
   RealWmi() { scenario_.TakeAway(); }
 
@@ -61,7 +55,7 @@ TEST_F(RealWmi, TextsOfClassesThatEverySystemHas) {
     EXPECT_FALSE(text.empty() || text == L"(untouched)") << Narrow(one.query) << " " << Narrow(one.property);
   }
   EXPECT_EQ(Texts(L"select * from Win32_LogicalDisk where DeviceID = 'C:'", L"DeviceID"), L"C:");
-  EXPECT_THAT(Narrow(Texts(L"select * from Win32_Process", L"Name")), testing::HasSubstr("shell_test.exe"));
+  EXPECT_THAT(Narrow(Texts(L"select * from Win32_Process", L"Name").c_str()), HasSubstr("shell_test.exe"));
 }
 
 TEST_F(RealWmi, NumbersAgreeWithTheSystemsOwn) {
@@ -89,9 +83,8 @@ TEST_F(RealWmi, QueriesWithoutAnAnswer) {
   std::wstring text;
   ReadWMIPropStr(text, kCim, L"select * from Win32_Processor", L"Name", 0);
   EXPECT_EQ(text, L"");
-  EXPECT_THAT(
-      TraceRecorder::Get().TakeLines(),
-      testing::ElementsAre("5 [ReadWMIPropStr] Step2 Failed to create IWbemLocator object. Errorcode=0x800401f0"));
+  EXPECT_THAT(Lines(),
+              ElementsAre("5 [ReadWMIPropStr] Step2 Failed to create IWbemLocator object. Errorcode=0x800401f0"));
 }
 
 }  // namespace

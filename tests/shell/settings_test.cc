@@ -3,25 +3,16 @@
 
 #include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <setupapi.h>
 #include <wbemidl.h>
 
 #include <cstring>
-#include <string>
-#include <vector>
 
-#include "tests/support/import_patch.h"
 #include "tests/support/wmi_test.h"
 #include "wmi/firmware_device.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr wchar_t kAnalysisKey[] = L"SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis";
 constexpr wchar_t kHotkeysKey[] =
@@ -72,8 +63,10 @@ class Settings : public WmiTest {
     g_devices = {};
     wmi.rows[kUserQuery] = {{{L"UserName", Text(kUser)}}};
     wmi.firmware = [this](const std::wstring& method, const FakeWmi::Parameters& in) {
-      sent_.push_back(Describe(method, in));
-      return WmiProperties{{method == L"DSTS" ? L"device_status" : L"result", Number(VT_I4, answer_)}};
+      sent_.push_back(Narrow(method.c_str()));
+      for (const auto& [name, value] : in) sent_.back() += " " + Narrow(name.c_str()) + "=" + Narrow(value.c_str());
+      return method == L"DSTS" ? WmiProperties{{L"device_status", Number(VT_I4, status_)}}
+                               : WmiProperties{{L"result", Number(VT_I4, result_)}};
     };
     wchar_t temp[MAX_PATH];
     GetTempPathW(MAX_PATH, temp);
@@ -91,17 +84,9 @@ class Settings : public WmiTest {
     EXPECT_EQ(g_devices.open, 0);
   }
 
-  static std::string Describe(const std::wstring& method, const FakeWmi::Parameters& in) {
-    std::wstring text = method;
-    for (const auto& [name, value] : in) text += L" " + name + L"=" + value;
-    return {text.begin(), text.end()};
-  }
   static void Store(const wchar_t* key_name, const wchar_t* value, const std::wstring& text) {
-    HKEY key = nullptr;
-    RegCreateKeyExW(HKEY_LOCAL_MACHINE, key_name, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
-    RegSetValueExW(key, value, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                   static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
-    RegCloseKey(key);
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, key_name, value, REG_SZ, text.c_str(),
+                    static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
   }
   void UseFolder() { Store(kAnalysisKey, kUser, folder_); }
   void WriteFile(const wchar_t* name, const std::string& text) const {
@@ -120,18 +105,13 @@ class Settings : public WmiTest {
     return {text, size};
   }
   // The lines of the settings, without those of WMI.
-  std::vector<std::string> SettingLines() {
-    std::vector<std::string> lines = Lines();
-    std::erase_if(lines, [](const std::string& line) {
-      return line.find("[wmiMethod]") != std::string::npos || line.find("[ReadWMIPropStr]") != std::string::npos;
-    });
-    return lines;
-  }
-  std::string Folder() const { return {folder_.begin(), folder_.end()}; }
+  static Strings SettingLines() { return LinesWithout({"[wmiMethod]", "[ReadWMIPropStr]"}); }
+
+  std::string Folder() const { return Narrow(folder_.c_str()); }
 
   std::wstring folder_;
-  std::vector<std::string> sent_;
-  int32_t answer_ = 1;
+  Strings sent_;
+  int32_t status_ = 65536, result_ = 1;  // that the firmware answers
   ImportPatch devs_{"SetupDiGetClassDevsW", GetClassDevs};
   ImportPatch enum_{"SetupDiEnumDeviceInfo", EnumDevice};
   ImportPatch property_{"SetupDiGetDeviceRegistryPropertyW", GetProperty};
@@ -153,61 +133,79 @@ TEST_F(Settings, DevicePresence) {
   EXPECT_FALSE(IsObxWmiDevicePresent());
 }
 
-TEST_F(Settings, ChargeLimitSupport) {
+TEST_F(Settings, SupportOfBothSettings) {
   const struct {
-    int32_t answer;
-    uint32_t supported;
-  } cases[] = {{65536, 1}, {65537, 0}, {0, 0}, {-1, 0}};
+    int32_t status;
+    uint32_t limit_supported;
+    uint32_t fan;
+    const char* fan_line;
+  } cases[] = {{65536, 1, 0, "Quiet Fan Off"},
+               {65537, 0, 1, "Quiet Fan On"},
+               {65538, 0, 0xFFFFFFFF, "Not Support Quiet Fan"},
+               {0, 0, 0xFFFFFFFF, "Not Support Quiet Fan"},
+               {-1, 0, 0xFFFFFFFF, "Not Support Quiet Fan"}};
   for (const auto& test : cases) {
-    answer_ = test.answer;
-    EXPECT_EQ(WMICheckBatteryHealthSupport(1), test.supported);
+    status_ = test.status;
+    EXPECT_EQ(WMICheckBatteryHealthSupport(1), test.limit_supported);
+    EXPECT_EQ(WMICheckQuietFanSupport(1), test.fan);
+    const std::string number = std::to_string(test.status);
     EXPECT_THAT(SettingLines(),
-                ElementsAre("5 [WMICheckBatteryHealthSupport] output is " + std::to_string(test.answer),
-                            test.supported ? "5 [WMICheckBatteryHealthSupport] Support Battery Health"
-                                           : "5 [WMICheckBatteryHealthSupport] Not Support Battery Health"));
+                ElementsAre("5 [WMICheckBatteryHealthSupport] output is " + number,
+                            std::string("5 [WMICheckBatteryHealthSupport] ") +
+                                (test.limit_supported ? "Support Battery Health" : "Not Support Battery Health"),
+                            "5 [WMICheckQuietFanSupport] output is " + number,
+                            std::string("5 [WMICheckQuietFanSupport] ") + test.fan_line));
+    EXPECT_THAT(std::exchange(sent_, {}), ElementsAre("DSTS Device_ID=1179735", "DSTS Device_ID=1114137"));
   }
-  EXPECT_THAT(sent_, testing::Each("DSTS Device_ID=1179735"));
   wmi.script.Fail("ExecMethod", WBEM_E_FAILED);
   EXPECT_EQ(WMICheckBatteryHealthSupport(1), 0u);
+  EXPECT_EQ(WMICheckQuietFanSupport(1), 0xFFFFFFFFu);
   EXPECT_THAT(SettingLines(), Contains("5 [WMICheckBatteryHealthSupport] output is "));
 }
 
 TEST_F(Settings, ChargeLimitIsSentUncheckedAndOnlyOneAccepts) {
-  wmi.firmware = [this](const std::wstring& method, const FakeWmi::Parameters& in) {
-    sent_.push_back(Describe(method, in));
-    return method == L"DSTS" ? WmiProperties{{L"device_status", Number(VT_I4, 65536)}}
-                             : WmiProperties{{L"result", Number(VT_I4, answer_)}};
-  };
-  EXPECT_EQ(WMISetBatteryHealth(80, 1), 1u);
-  EXPECT_THAT(sent_, ElementsAre("DSTS Device_ID=1179735", "DEVS Control_status=80 Device_ID=1179735"));
-  EXPECT_THAT(SettingLines(), testing::IsSupersetOf({"5 [WMISetBatteryHealth] output is 1",
-                                                     "5 [WMISetBatteryHealth] set battery health 80 success."}));
-  sent_.clear();
-  EXPECT_EQ(WMISetBatteryHealth(-7, 1), 1u);
-  EXPECT_THAT(sent_, Contains("DEVS Control_status=-7 Device_ID=1179735"));
+  for (const char* level : {"80", "-7"}) {
+    EXPECT_EQ(WMISetBatteryHealth(std::atoi(level), 1), 1u);
+    EXPECT_THAT(std::exchange(sent_, {}), ElementsAre("DSTS Device_ID=1179735", std::string("DEVS Control_status=") +
+                                                                                    level + " Device_ID=1179735"));
+    EXPECT_THAT(LastOf(SettingLines(), 2),
+                ElementsAre("5 [WMISetBatteryHealth] output is 1",
+                            std::string("5 [WMISetBatteryHealth] set battery health ") + level + " success."));
+  }
   for (const int32_t answer : {0, 2, -1}) {
-    answer_ = answer;
+    result_ = answer;
     EXPECT_EQ(WMISetBatteryHealth(80, 1), 0u);
   }
   EXPECT_THAT(ReadFile(L"\\BatteryHealthSetting.txt"), "(none)");
-}
-
-TEST_F(Settings, UnsupportedChargeLimitIsNotSent) {
-  answer_ = 65537;
+  // One that is not supported is not sent.
+  sent_.clear();
+  status_ = 65537;
+  result_ = 1;
   EXPECT_EQ(WMISetBatteryHealth(80, 1), 0u);
   EXPECT_THAT(sent_, ElementsAre("DSTS Device_ID=1179735"));
 }
 
-TEST_F(Settings, ChargeLimitOfTheHotkeyUtility) {
+TEST_F(Settings, OfTheHotkeyUtility) {
   g_devices.ids = {kHotkeyDevice};
   EXPECT_EQ(WMIGetBatteryHealth(1), 100u);
-  const struct {
-    const wchar_t* text;
-    uint32_t limit;
-  } cases[] = {{L"100", 100}, {L"80", 80}, {L"60", 60}, {L"70", 100}, {L"", 100}, {L"080", 100}, {L"80 ", 100}};
-  for (const auto& test : cases) {
-    Store(kHotkeysKey, L"ChargingRate", test.text);
-    EXPECT_EQ(WMIGetBatteryHealth(1), test.limit);
+  EXPECT_EQ(WMIGetQuietFan(1), 0u);
+  for (const auto& [text, limit, mode] : {std::tuple{L"100", 100u, 0u},
+                                          {L"80", 80u, 0u},
+                                          {L"60", 60u, 0u},
+                                          {L"70", 100u, 0u},
+                                          {L"", 100u, 0u},
+                                          {L"080", 100u, 0u},
+                                          {L"80 ", 100u, 0u},
+                                          {L"1", 100u, 1u},
+                                          {L"2", 100u, 2u},
+                                          {L"3", 100u, 3u},
+                                          {L"0", 100u, 0u},
+                                          {L"4", 100u, 0u},
+                                          {L"11", 100u, 0u}}) {
+    Store(kHotkeysKey, L"ChargingRate", text);
+    Store(kHotkeysKey, L"QuietFan", text);
+    EXPECT_EQ(WMIGetBatteryHealth(1), limit);
+    EXPECT_EQ(WMIGetQuietFan(1), mode);
   }
   EXPECT_THAT(wmi.TakeCalls(), IsEmpty());
 }
@@ -240,34 +238,16 @@ TEST_F(Settings, ChargeLimitFile) {
   }
 }
 
-TEST_F(Settings, QuietFanSupport) {
-  const struct {
-    int32_t answer;
-    uint32_t state;
-    const char* line;
-  } cases[] = {{65536, 0, "Quiet Fan Off"}, {65537, 1, "Quiet Fan On"}, {65538, 0xFFFFFFFF, "Not Support Quiet Fan"}};
-  for (const auto& test : cases) {
-    answer_ = test.answer;
-    EXPECT_EQ(WMICheckQuietFanSupport(1), test.state);
-    EXPECT_THAT(SettingLines(), ElementsAre("5 [WMICheckQuietFanSupport] output is " + std::to_string(test.answer),
-                                            std::string("5 [WMICheckQuietFanSupport] ") + test.line));
-  }
-  EXPECT_THAT(sent_, testing::Each("DSTS Device_ID=1114137"));
-  wmi.script.Fail("CoCreateInstance", E_FAIL);
-  EXPECT_EQ(WMICheckQuietFanSupport(1), 0xFFFFFFFFu);
-}
-
 TEST_F(Settings, QuietFanIsSentAndRememberedWhereThereIsAFolder) {
   EXPECT_EQ(WMISetQuietFan(7, 1), 1u);
   EXPECT_THAT(sent_, ElementsAre("DEVS Control_status=1 Device_ID=1114137"));
-  EXPECT_THAT(SettingLines(),
-              testing::IsSupersetOf({"5 [WMISetQuietFan] output is 1", "5 [WMICheckAppExist] App not exist!"}));
+  EXPECT_THAT(SettingLines(), IsSupersetOf({"5 [WMISetQuietFan] output is 1", "5 [WMICheckAppExist] App not exist!"}));
   UseFolder();
   EXPECT_EQ(WMISetQuietFan(7, 1), 1u);
   EXPECT_EQ(ReadFile(L"\\QuietFanSetting.txt"), "7");
   const std::string file = Folder() + "\\QuietFanSetting.txt";
   EXPECT_THAT(SettingLines(),
-              testing::IsSupersetOf({"5 [WMISetQuietFan] fname is " + file, "5 [WMISetQuietFan] set On to " + file}));
+              IsSupersetOf({"5 [WMISetQuietFan] fname is " + file, "5 [WMISetQuietFan] set On to " + file}));
   EXPECT_EQ(WMISetQuietFan(0, 1), 1u);
   EXPECT_THAT(sent_, Contains("DEVS Control_status=0 Device_ID=1114137"));
   EXPECT_EQ(ReadFile(L"\\QuietFanSetting.txt"), "0");
@@ -278,7 +258,7 @@ TEST_F(Settings, QuietFanIsSentAndRememberedWhereThereIsAFolder) {
   EXPECT_EQ(WMISetQuietFan(1, 1), 1u);
   EXPECT_THAT(SettingLines(), Contains("5 [WMISetQuietFan] Fail to set On to file"));
   CloseHandle(taken);
-  answer_ = 0;
+  result_ = 0;
   EXPECT_EQ(WMISetQuietFan(1, 1), 0u);
   EXPECT_THAT(SettingLines(), ElementsAre("5 [WMISetQuietFan] output is 0", "5 [WMISetQuietFan] wmi fail "));
   EXPECT_EQ(ReadFile(L"\\QuietFanSetting.txt"), "0");
@@ -290,22 +270,10 @@ TEST_F(Settings, QuietFanRemembered) {
   UseFolder();
   WriteFile(L"\\QuietFanSetting.txt", "1");
   EXPECT_EQ(WMIGetQuietFan(1), 1u);
-  EXPECT_THAT(SettingLines(),
-              testing::IsSupersetOf({"5 [WMIGetQuietFan] Quiet Fan is 1", "5 [WMIGetQuietFan] Quiet Fan On"}));
+  EXPECT_THAT(SettingLines(), IsSupersetOf({"5 [WMIGetQuietFan] Quiet Fan is 1", "5 [WMIGetQuietFan] Quiet Fan On"}));
   WriteFile(L"\\QuietFanSetting.txt", "0");
   EXPECT_EQ(WMIGetQuietFan(1), 0u);
   EXPECT_THAT(SettingLines(), Contains("5 [WMIGetQuietFan] Quiet Fan Off"));
-
-  g_devices.ids = {kHotkeyDevice};
-  EXPECT_EQ(WMIGetQuietFan(1), 0u);
-  const struct {
-    const wchar_t* text;
-    uint32_t mode;
-  } cases[] = {{L"1", 1}, {L"2", 2}, {L"3", 3}, {L"0", 0}, {L"4", 0}, {L"11", 0}, {L"", 0}};
-  for (const auto& test : cases) {
-    Store(kHotkeysKey, L"QuietFan", test.text);
-    EXPECT_EQ(WMIGetQuietFan(1), test.mode);
-  }
 }
 
 TEST_F(Settings, ApplicationFolder) {
@@ -342,7 +310,7 @@ TEST_F(Settings, ComFlagIsPassedOn) {
   EXPECT_EQ(WMISetQuietFan(1, 0), 0u);
   EXPECT_EQ(WMICheckAppExist(0), 0u);
   EXPECT_THAT(sent_, IsEmpty());
-  EXPECT_THAT(wmi.TakeCalls(), testing::Not(Contains(testing::HasSubstr("CoInitializeEx"))));
+  EXPECT_THAT(wmi.TakeCalls(), Not(Contains(HasSubstr("CoInitializeEx"))));
   event_log.TakeMessages();
 }
 

@@ -1,38 +1,26 @@
 // Tablet mode, local time and S mode: each call of the system in turn, its failure and what is given back.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstring>
 
 #include "frame/library_state.h"
-#include "tests/support/call_script.h"
-#include "tests/support/import_patch.h"
 #include "tests/support/scripted_ec.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/shell_test.h"
 #include "vexa/system.h"
 
 namespace vexa::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr wchar_t kAnalysisKey[] = L"SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis";
 constexpr uint32_t kNoAnswer = 0x7FFFFFFF;
 
 // ---- Tablet mode ----
 
-class TabletMode : public testing::Test {
+class TabletMode : public ShellTest {
  protected:
   TabletMode() {
     UseRevision(0x4142);
     ec_.answer = [](const EcCommandRecord& record) {
       return EcReply{.value = static_cast<uint8_t>(record.command == 0x8E ? 0xA5 : 0)};
     };
-    TraceRecorder::Get().TakeEvents();
   }
   ~TabletMode() override { Forget(); }
 
@@ -56,8 +44,7 @@ TEST_F(TabletMode, IsNotAskedOfAnEcWithoutRevision) {
   UseRevision(0xFFFF);
   EXPECT_EQ(System_Read_TabletMode(), 0u);
   EXPECT_THAT(ec_.TakeExchanges(), IsEmpty());
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(),
-              ElementsAre("5 [System_Read_TabletMode] This model is ODM, bypass cmd = 0x8E"));
+  EXPECT_THAT(Lines(), ElementsAre("5 [System_Read_TabletMode] This model is ODM, bypass cmd = 0x8E"));
   // Here the EC itself says that it has none.
   Forget();
   EXPECT_EQ(System_Read_TabletMode(), 0u);
@@ -116,12 +103,9 @@ TEST(LocalTime, IsTheSystemsOwn) {
 
 const HMODULE kPolicy = reinterpret_cast<HMODULE>(uintptr_t{0x301DB000});
 
-class SMode : public testing::Test {
+class SMode : public ShellTest {
  protected:
-  SMode() {
-    self_ = this;
-    TraceRecorder::Get().TakeEvents();
-  }
+  SMode() { self_ = this; }
 
   static UINT WINAPI SystemFolder(LPWSTR folder, UINT size) {
     if (self_->script_.Fails("GetSystemDirectoryW", std::to_string(size))) return 0;
@@ -176,7 +160,7 @@ TEST_F(SMode, IsTrialOrLocked) {
     EXPECT_EQ(System_Check_S_Mode(), answer) << mode;
     // Loaded and freed on each call.
     EXPECT_THAT(script_.Take(), ElementsAre(kDirectory, kLoad, kLookUp, kQuery, "FreeLibrary"));
-    EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre(kSuccess, answer == 1 ? kResult1 : kResult0));
+    EXPECT_THAT(Lines(), ElementsAre(kSuccess, answer == 1 ? kResult1 : kResult0));
   }
 }
 
@@ -185,19 +169,19 @@ TEST_F(SMode, EachCallFailingInTurn) {
   script_.FailOnly(0, 5);
   EXPECT_EQ(System_Check_S_Mode(), 0u);
   EXPECT_THAT(script_.Take(), ElementsAre(kDirectory));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre("5 [System_Check_S_Mode] Load Dll Error, error = 5"));
+  EXPECT_THAT(Lines(), ElementsAre("5 [System_Check_S_Mode] Load Dll Error, error = 5"));
   script_.FailOnly(1, 126);
   EXPECT_EQ(System_Check_S_Mode(), 0u);
   EXPECT_THAT(script_.Take(), ElementsAre(kDirectory, kLoad));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre("5 [System_Check_S_Mode] Load Dll Error, error = 126"));
+  EXPECT_THAT(Lines(), ElementsAre("5 [System_Check_S_Mode] Load Dll Error, error = 126"));
   script_.FailOnly(2, 127);
   EXPECT_EQ(System_Check_S_Mode(), 0u);
   EXPECT_THAT(script_.Take(), ElementsAre(kDirectory, kLoad, kLookUp, "FreeLibrary"));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre(kSuccess, kFail, kResult0));
+  EXPECT_THAT(Lines(), ElementsAre(kSuccess, kFail, kResult0));
   script_.FailOnly(3, 1);
   EXPECT_EQ(System_Check_S_Mode(), 0u);
   EXPECT_THAT(script_.Take(), ElementsAre(kDirectory, kLoad, kLookUp, kQuery, "FreeLibrary"));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre(kSuccess, kFail, kResult0));
+  EXPECT_THAT(Lines(), ElementsAre(kSuccess, kFail, kResult0));
 }
 
 // Nothing is loaded from anywhere else.
@@ -205,7 +189,7 @@ TEST_F(SMode, ASystemFolderTooLongIsNone) {
   folder_ = L"C:\\" + std::wstring(300, L'x');
   EXPECT_EQ(System_Check_S_Mode(), 0u);
   EXPECT_THAT(script_.Take(), ElementsAre(kDirectory));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre("5 [System_Check_S_Mode] Load Dll Error, error = 122"));
+  EXPECT_THAT(Lines(), ElementsAre("5 [System_Check_S_Mode] Load Dll Error, error = 122"));
 }
 
 }  // namespace

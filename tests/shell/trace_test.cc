@@ -1,22 +1,15 @@
 // Levels, registration and texts of the trace, as a trace session sees them.
 #include "frame/trace.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "frame/log.h"
 #include "tests/support/allocations.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/shell_test.h"
 #include "vexa/trace.h"
 
 namespace vexa::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-class Trace : public testing::Test {
+class Trace : public ShellTest {
  protected:
   Trace() {
     recorder_.Enable(0);

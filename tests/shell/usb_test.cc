@@ -1,9 +1,4 @@
 // The USB exports and the type-C query: what they ask, what they collect, and every call failing in turn.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "radio/peripheral_snapshots.h"
 #include "tests/support/fake_usb.h"
 #include "tests/support/wmi_test.h"
@@ -11,13 +6,6 @@
 
 namespace vexa::test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::IsEmpty;
-using testing::Not;
-using testing::StartsWith;
 
 constexpr wchar_t kDisks[] = L"Select * from Win32_PerfFormattedData_PerfDisk_PhysicalDisk";
 constexpr wchar_t kHdmi[] = L"SELECT * FROM WmiMonitorConnectionParams WHERE VideoOutputTechnology = 5";
@@ -74,9 +62,9 @@ TEST_F(Usb, WholePicture) {
   EXPECT_EQ(RF_USBIsTranster(), 1u);
   EXPECT_EQ(RF_USBHDMIIsUsed(), 1u);
   EXPECT_THAT(Lines(), IsEmpty());
-  const std::vector<std::string> calls = usb_.script.Take();
+  const Strings calls = usb_.script.Take();
   EXPECT_THAT(
-      std::vector<std::string>(calls.begin(), calls.begin() + 12),
+      Strings(calls.begin(), calls.begin() + 12),
       ElementsAre("SetupDiGetClassDevsW", "SetupDiEnumDeviceInfo 0", "CM_Get_Parent",
                   "CM_Get_Device_IDW USB\\ROOT_HUB30\\4&1&0",
                   "CreateFileW \\\\.\\USB#ROOT_HUB30#4&1&0#{F18A0E88-C30C-11D0-8815-00A0C906BED8}",
@@ -100,7 +88,7 @@ TEST_F(Usb, CollectedOnceWhateverComesLater) {
 TEST_F(Usb, QueriesComeFirstAndLastWithTheirOwnCom) {
   wmi.TakeCalls();
   RF_USBIsTranster();
-  const std::vector<std::string> calls = wmi.TakeCalls();
+  const Strings calls = wmi.TakeCalls();
   EXPECT_EQ(CountOf(calls, "CoInitializeEx 0"), 2) << testing::PrintToString(calls);
   wmi.rows[kDisks] = {{{L"Name", Text(L"0 C:")}, {L"PercentDiskTime", Text(L"0")}}};
   wmi.rows[kHdmi] = {};
@@ -149,7 +137,7 @@ TEST_F(Usb, EachCallOfADeviceFailingLeavesItOut) {
   };
   usb_.devices = {kStick31, kStick20};
   CollectAgain();
-  const std::vector<std::string> whole = usb_.script.Take();
+  const Strings whole = usb_.script.Take();
   for (const auto& call : calls) {
     SCOPED_TRACE(call.call);
     int index = 0;
@@ -219,7 +207,7 @@ TEST_F(TypeC, EachCallFailing) {
   constexpr char kEndLine[] = "5 [RF] RF_USBISTYPEC return with result = 0";
   const struct {
     const char* call;
-    std::vector<std::string> lines;
+    Strings lines;
   } calls[] = {
       {"SetupDiGetClassDevsW", {kEndLine}},
       {"SetupDiEnumDeviceInfo 0", {kEndLine}},
@@ -233,7 +221,7 @@ TEST_F(TypeC, EachCallFailing) {
   };
   usb_.script.Take();
   EXPECT_EQ(RF_USBISTYPEC(L"USB\\VID_2\\B"), 1u);
-  const std::vector<std::string> whole = usb_.script.Take();
+  const Strings whole = usb_.script.Take();
   EXPECT_EQ(whole.back(), "Close set");
   for (const auto& call : calls) {
     SCOPED_TRACE(call.call);
@@ -249,7 +237,7 @@ TEST_F(TypeC, EachCallFailing) {
       }
       EXPECT_EQ(RF_USBISTYPEC(L"USB\\VID_2\\B"), 0u);
       EXPECT_THAT(usb_.open, IsEmpty());
-      std::vector<std::string> lines = Lines();
+      Strings lines = Lines();
       EXPECT_THAT(lines.front(), StartsWith("5 [RF] RF_USBISTYPEC Start"));
       lines.erase(lines.begin());
       EXPECT_EQ(lines, call.lines);

@@ -1,18 +1,15 @@
 // What each reader takes from every type of VARIANT.
 #include "wmi/variant_value.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/automation_ledger.h"
-#include "tests/support/call_script.h"
+#include "tests/support/shell_test.h"
 #include "tests/support/wmi_value.h"
 #include "wmi/session.h"
 
 namespace vexa::test {
 namespace {
 
-class VariantValue : public testing::Test {
+class VariantValue : public ShellTest {
  protected:
   template <typename Read>
   auto Of(const WmiValue& value, Read read) {

@@ -2,56 +2,46 @@
 #include <windows.h>
 
 #include <cfgmgr32.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cwchar>
-#include <map>
-#include <string>
-#include <vector>
+#include <functional>
 
-#include "tests/support/call_script.h"
-#include "tests/support/import_patch.h"
 #include "tests/support/registry_script.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/shell_test.h"
 #include "vexa/system.h"
 
 namespace vexa::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-// A caller's buffer: what lies behind its capacity must stay.
-class Buffer {
- public:
-  Buffer() { std::wmemset(text_, L'#', std::size(text_)); }
-  ~Buffer() { EXPECT_EQ(text_[VEXA_VERSION_CAPACITY], L'#'); }
-
-  wchar_t* data() { return text_; }
-  bool IsUntouched() const {
-    return std::all_of(text_, text_ + std::size(text_), [](wchar_t character) { return character == L'#'; });
-  }
-  std::wstring Text() const { return text_; }
-
- private:
-  wchar_t text_[VEXA_VERSION_CAPACITY + 1];
-};
+// What an export leaves in a buffer of its capacity: "#" where it writes nothing. Nothing behind it is touched.
+std::string Filled(void (*read)(wchar_t*)) {
+  wchar_t text[VEXA_VERSION_CAPACITY + 1];
+  std::wmemset(text, L'#', std::size(text));
+  read(text);
+  EXPECT_EQ(text[VEXA_VERSION_CAPACITY], L'#');
+  if (text[0] != L'#') return Narrow(text);
+  EXPECT_THAT(text, Each(L'#'));
+  return "#";
+}
 
 // ---- Companion app ----
 
-class CompanionVersion : public testing::Test {
+class CompanionVersion : public ShellTest {
  protected:
   CompanionVersion() {
     self_ = this;
     // The library looks the function up once: it must find this one.
     const ImportPatch look_up("GetProcAddress", LookUp);
     look_up_ = &look_up;
-    Buffer buffer;
-    GetUWPVersion(buffer.data());
+    Version();
     script_.Take();
     look_up_ = nullptr;
+  }
+
+  static std::string Version() { return Filled(GetUWPVersion); }
+  std::string Of(const std::vector<std::wstring>& packages) {
+    packages_ = packages;
+    return Version();
   }
 
   static FARPROC WINAPI LookUp(HMODULE module, LPCSTR name) {
@@ -87,50 +77,40 @@ class CompanionVersion : public testing::Test {
 };
 
 TEST_F(CompanionVersion, IsTheSecondPieceOfTheFirstPackage) {
-  packages_ = {L"Vexa_3.0.12.0_x64__v3x4p8k2m9q7t", L"Vexa_9.9.9.9_x64__v3x4p8k2m9q7t"};
-  Buffer buffer;
-  GetUWPVersion(buffer.data());
-  EXPECT_EQ(buffer.Text(), L"3.0.12.0");
+  EXPECT_EQ(Of({L"Vexa_3.0.12.0_x64__v3x4p8k2m9q7t", L"Vexa_9.9.9.9_x64__v3x4p8k2m9q7t"}), "3.0.12.0");
   EXPECT_THAT(script_.Take(), ElementsAre("Packages 0 0", "Packages 2 65"));
   GetUWPVersion(nullptr);
   EXPECT_THAT(script_.Take(), IsEmpty());
+  EXPECT_EQ(Of({L"Vexa_" + std::wstring(63, L'1') + L"_x64"}), std::string(63, '1'));
 }
 
 TEST_F(CompanionVersion, LeavesTheBufferWhenAnythingFails) {
-  Buffer buffer;
-  GetUWPVersion(buffer.data());  // no package
+  EXPECT_EQ(Of({}), "#");
   EXPECT_THAT(script_.Take(), ElementsAre("Packages 0 0"));
-  packages_ = {L"Vexa_3.0.12.0_x64__v3x4p8k2m9q7t"};
-  for (int failing = 0; failing < 2; ++failing) {
-    for (const DWORD error : {ERROR_NOT_ENOUGH_MEMORY, ERROR_INSUFFICIENT_BUFFER}) {
-      if (failing == 0 && error == ERROR_INSUFFICIENT_BUFFER) continue;  // that is what it is asked for
-      script_.FailOnly(failing, error);
-      GetUWPVersion(buffer.data());
-      EXPECT_EQ(script_.Take().size(), static_cast<size_t>(failing) + 1);
-    }
+  for (const wchar_t* package :
+       {L"Vexa-3.0.12.0-x64", L"Vexa_1234567890123456789012345678901234567890123456789012345678901234_x"}) {
+    EXPECT_EQ(Of({package}), "#");
+    EXPECT_EQ(script_.Take().size(), 2u);
   }
-  script_.FailOnly(-1, 0);
-  packages_ = {L"Vexa-3.0.12.0-x64"};
-  GetUWPVersion(buffer.data());
-  packages_ = {L"Vexa_" + std::wstring(64, L'1') + L"_x64"};
-  GetUWPVersion(buffer.data());
-  EXPECT_TRUE(buffer.IsUntouched());
-  packages_ = {L"Vexa_" + std::wstring(63, L'1') + L"_x64"};
-  GetUWPVersion(buffer.data());
-  EXPECT_EQ(buffer.Text(), std::wstring(63, L'1'));
-}
-
-TEST_F(CompanionVersion, APackageThatGoesBetweenTheTwoCalls) {
-  Buffer buffer;
+  packages_ = {L"Vexa_3.0.12.0_x64__v3x4p8k2m9q7t"};
+  for (const auto& [failing, error] : {std::pair{0, DWORD{ERROR_NOT_ENOUGH_MEMORY}},
+                                       {1, DWORD{ERROR_NOT_ENOUGH_MEMORY}},
+                                       {1, DWORD{ERROR_INSUFFICIENT_BUFFER}}}) {
+    script_.FailOnly(failing, error);
+    EXPECT_EQ(Version(), "#");
+    EXPECT_EQ(script_.Take().size(), static_cast<size_t>(failing) + 1);
+  }
+  // A package that goes between the two calls.
+  packages_.clear();
   script_.FailOnly(0, ERROR_INSUFFICIENT_BUFFER);
-  GetUWPVersion(buffer.data());
+  EXPECT_EQ(Version(), "#");
   EXPECT_THAT(script_.Take(), ElementsAre("Packages 0 0", "Packages 0 0"));
-  EXPECT_TRUE(buffer.IsUntouched());
 }
 
 // ---- System-control driver ----
 
 constexpr wchar_t kClass[] = L"SYSTEM\\ControlSet001\\Control\\Class\\{4d36e97d-e325-11ce-bfc1-08002be10318}";
+constexpr char kKey[] = "SYSTEM\\ControlSet001\\Control\\Class\\{4d36e97d-e325-11ce-bfc1-08002be10318}\\0042";
 constexpr wchar_t kDriver[] = L"{4d36e97d-e325-11ce-bfc1-08002be10318}\\0042";
 constexpr wchar_t kDescription[] = L"Vexa System Control Interface V2";
 
@@ -139,18 +119,19 @@ struct FakeDevice {
   ULONG type = REG_SZ;
 };
 
-class DriverVersion : public testing::Test {
+class DriverVersion : public ShellTest {
  protected:
   DriverVersion() {
     self_ = this;
-    devices_ = {{L"ACPI\\VEXA9001\\1", L"Something else", L"{other}\\0001"},
-                {L"ACPI\\VEXA2018\\0", kDescription, kDriver},
-                {L"ACPI\\VEXA2018\\1", kDescription, L"{later}\\0002"}};
     Store(REG_SZ, L"3.1.22.0");
-    TraceRecorder::Get().TakeEvents();
   }
   ~DriverVersion() override { RegDeleteTreeW(HKEY_LOCAL_MACHINE, kClass); }
 
+  static std::string Version() { return Filled(GetInfVersion); }
+  std::string Of(const std::vector<FakeDevice>& devices) {
+    devices_ = devices;
+    return Version();
+  }
   static void Store(DWORD type, const std::wstring& text) {
     RegSetKeyValueW(HKEY_LOCAL_MACHINE, (std::wstring(kClass) + L"\\0042").c_str(), L"DriverVersion", type,
                     text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
@@ -197,7 +178,9 @@ class DriverVersion : public testing::Test {
 
   static inline DriverVersion* self_ = nullptr;
   CallScript script_;
-  std::vector<FakeDevice> devices_;
+  std::vector<FakeDevice> devices_ = {{L"ACPI\\VEXA9001\\1", L"Something else", L"{other}\\0001"},
+                                      {L"ACPI\\VEXA2018\\0", kDescription, kDriver},
+                                      {L"ACPI\\VEXA2018\\1", kDescription, L"{later}\\0002"}};
   ImportPatch size_{"CM_Get_Device_ID_List_SizeW", ListSize};
   ImportPatch list_{"CM_Get_Device_ID_ListW", ListIds};
   ImportPatch locate_{"CM_Locate_DevNodeW", Locate};
@@ -205,97 +188,68 @@ class DriverVersion : public testing::Test {
 };
 
 // 0x100: present devices; properties 1 and 10: description, driver key.
-const std::vector<std::string> kCalls = {
+const Strings kCalls = {
     "size 100",     "list 49 100",  "locate ACPI\\VEXA9001\\1 0", "property 1 1", "locate ACPI\\VEXA2018\\0 0",
     "property 2 1", "property 2 10"};
 
 TEST_F(DriverVersion, IsThatOfTheFirstDeviceOfTheDescription) {
-  Buffer buffer;
-  GetInfVersion(buffer.data());
-  EXPECT_EQ(buffer.Text(), L"3.1.22.0");
-  EXPECT_THAT(script_.Take(), testing::ElementsAreArray(kCalls));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre("5 strValueOfDriverVersion = 3.1.22.0"));
+  EXPECT_EQ(Version(), "3.1.22.0");
+  EXPECT_EQ(script_.Take(), kCalls);
+  EXPECT_THAT(Lines(), ElementsAre("5 strValueOfDriverVersion = 3.1.22.0"));
   GetInfVersion(nullptr);
   EXPECT_THAT(script_.Take(), IsEmpty());
 }
 
-TEST_F(DriverVersion, LeavesTheBufferWhenACallFails) {
-  Buffer buffer;
-  for (const int failing : {0, 1, 6}) {
+// A device that has gone, or that has no such text, is none, and the next one may be it; every other failure leaves the
+// buffer.
+TEST_F(DriverVersion, EachCallFailing) {
+  for (const int failing : {0, 1, 2, 3, 6}) {
+    SCOPED_TRACE(failing);
+    const bool passed_over = failing == 2 || failing == 3;
     script_.FailOnly(failing, 0);
-    GetInfVersion(buffer.data());
-    EXPECT_THAT(script_.Take(), testing::ElementsAreArray(kCalls.begin(), kCalls.begin() + failing + 1));
-  }
-  script_.FailOnly(-1, 0);
-  devices_.resize(1);
-  GetInfVersion(buffer.data());
-  devices_.clear();
-  GetInfVersion(buffer.data());
-  EXPECT_TRUE(buffer.IsUntouched());
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), IsEmpty());
-}
-
-// A device that has gone, or that has no such text, is none; the next one may be it.
-TEST_F(DriverVersion, PassesOverDevicesThatCanNotBeRead) {
-  for (const int failing : {2, 3}) {
-    Buffer buffer;
-    script_.FailOnly(failing, 0);
-    GetInfVersion(buffer.data());
-    EXPECT_EQ(buffer.Text(), L"3.1.22.0");
-    script_.Take();
+    EXPECT_EQ(Version(), passed_over ? "3.1.22.0" : "#");
+    const Strings calls = script_.Take();
+    if (!passed_over) EXPECT_EQ(calls, FirstOf(kCalls, static_cast<size_t>(failing) + 1));
+    EXPECT_EQ(Lines().size(), passed_over ? 1u : 0u);
   }
   script_.FailOnly(-1, 0);
   devices_[0].description = std::wstring(400, L'x');
-  Buffer buffer;
-  GetInfVersion(buffer.data());
-  EXPECT_EQ(buffer.Text(), L"3.1.22.0");
+  EXPECT_EQ(Version(), "3.1.22.0");
+  Lines();
   for (const wchar_t* other : {L"Vexa System Control Interface V", L"Vexa System Control Interface V2 ",
                                L"vexa system control interface V2"}) {
-    devices_ = {{L"ACPI\\VEXA2018\\0", other, kDriver}};
-    Buffer left;
-    GetInfVersion(left.data());
-    EXPECT_TRUE(left.IsUntouched());
+    EXPECT_EQ(Of({{L"ACPI\\VEXA2018\\0", other, kDriver}}), "#");
   }
-  devices_ = {{L"ACPI\\VEXA2018\\0", kDescription, kDriver, REG_BINARY}};
-  Buffer left;
-  GetInfVersion(left.data());
-  EXPECT_TRUE(left.IsUntouched());
+  EXPECT_EQ(Of({{L"ACPI\\VEXA2018\\0", kDescription, kDriver, REG_BINARY}}), "#");
+  EXPECT_EQ(Of({}), "#");
+  EXPECT_THAT(Lines(), IsEmpty());
 }
 
 TEST_F(DriverVersion, AKeyThatCanNotBeOpenedIsLogged) {
-  Buffer buffer;
-  devices_[1].driver = L"{100%s}\\0001";
-  GetInfVersion(buffer.data());
-  EXPECT_THAT(
-      TraceRecorder::Get().TakeLines(),
-      ElementsAre("1 ERROR: Failed to open registry key [SYSTEM\\ControlSet001\\Control\\Class\\{100%s}\\0001]. "
-                  "Error code=0x00000002"));
-  devices_[1].driver = kDriver;
   {
     RegistryScript registry;
     registry.script.Fail("read", 0);
-    GetInfVersion(buffer.data());
-    EXPECT_THAT(registry.script.Take(), ElementsAre("read HKLM SYSTEM\\ControlSet001\\Control\\Class\\"
-                                                    "{4d36e97d-e325-11ce-bfc1-08002be10318}\\0042 20019"));
+    EXPECT_EQ(Version(), "#");
+    EXPECT_THAT(registry.script.Take(), ElementsAre("read HKLM " + std::string(kKey) + " 20019"));
   }
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(),
-              ElementsAre("1 ERROR: Failed to open registry key [SYSTEM\\ControlSet001\\Control\\Class\\"
-                          "{4d36e97d-e325-11ce-bfc1-08002be10318}\\0042]. Error code=0x00000005"));
-  EXPECT_TRUE(buffer.IsUntouched());
+  devices_[1].driver = L"{100%s}\\0001";
+  EXPECT_EQ(Version(), "#");
+  EXPECT_THAT(
+      Lines(),
+      ElementsAre("1 ERROR: Failed to open registry key [" + std::string(kKey) + "]. Error code=0x00000005",
+                  "1 ERROR: Failed to open registry key [SYSTEM\\ControlSet001\\Control\\Class\\{100%s}\\0001]. "
+                  "Error code=0x00000002"));
 }
 
 TEST_F(DriverVersion, LeavesTheBufferForAValueThatIsNoVersion) {
-  Buffer buffer;
   Store(REG_EXPAND_SZ, L"3.1.22.0");
-  GetInfVersion(buffer.data());
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), IsEmpty());
+  EXPECT_EQ(Version(), "#");
+  EXPECT_THAT(Lines(), IsEmpty());
   Store(REG_SZ, std::wstring(64, L'7'));
-  GetInfVersion(buffer.data());
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre("5 strValueOfDriverVersion = " + std::string(64, '7')));
-  EXPECT_TRUE(buffer.IsUntouched());
+  EXPECT_EQ(Version(), "#");
+  EXPECT_THAT(Lines(), ElementsAre("5 strValueOfDriverVersion = " + std::string(64, '7')));
   Store(REG_SZ, std::wstring(63, L'7'));
-  GetInfVersion(buffer.data());
-  EXPECT_EQ(buffer.Text(), std::wstring(63, L'7'));
+  EXPECT_EQ(Version(), std::string(63, '7'));
 }
 
 }  // namespace

@@ -1,32 +1,19 @@
 // The master volume, on scripted audio devices.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <limits>
-#include <string>
 
 #include "tests/support/fake_audio.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/shell_test.h"
 #include "vexa/system.h"
 
 namespace vexa::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::IsEmpty;
-
-class Volume : public testing::Test, protected FakeAudio {
- protected:
-  Volume() { TraceRecorder::Get().TakeEvents(); }
-};
+class Volume : public ShellTest, protected FakeAudio {};
 
 constexpr char kEntering[] = "5 [System_Read_VolumeLevel] Do Coinitialize()";
 constexpr char kLeaving[] = "5 [System_Read_VolumeLevel] Do CoUninitialize()";
-const std::vector<std::string> kCalls = {"CoCreateInstance 1", "GetDefaultAudioEndpoint 0 0", "Activate 1",
-                                         "GetMasterVolumeLevelScalar"};
+const Strings kCalls = {"CoCreateInstance 1", "GetDefaultAudioEndpoint 0 0", "Activate 1",
+                        "GetMasterVolumeLevelScalar"};
 
 TEST_F(Volume, IsCutToWholePercents) {
   const struct {
@@ -39,7 +26,7 @@ TEST_F(Volume, IsCutToWholePercents) {
     EXPECT_THAT(script.Take(), ElementsAreArray(kCalls));
     EXPECT_EQ(References(), 0u);
   }
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), IsEmpty());
+  EXPECT_THAT(Lines(), IsEmpty());
 }
 
 TEST_F(Volume, InitialisesComWhenAskedTo) {
@@ -47,7 +34,7 @@ TEST_F(Volume, InitialisesComWhenAskedTo) {
     EXPECT_EQ(System_Read_VolumeLevel(flag), 33);
     EXPECT_THAT(script.Take(),
                 ElementsAre("CoInitializeEx 2", kCalls[0], kCalls[1], kCalls[2], kCalls[3], "CoUninitialize"));
-    EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre(kEntering, kLeaving));
+    EXPECT_THAT(Lines(), ElementsAre(kEntering, kLeaving));
   }
 }
 
@@ -55,7 +42,7 @@ TEST_F(Volume, AThreadOfAnotherApartmentStaysInIt) {
   script.Fail("CoInitializeEx", static_cast<DWORD>(RPC_E_CHANGED_MODE));
   EXPECT_EQ(System_Read_VolumeLevel(1), 33);
   EXPECT_THAT(script.Take(), ElementsAre("CoInitializeEx 2", kCalls[0], kCalls[1], kCalls[2], kCalls[3]));
-  EXPECT_THAT(TraceRecorder::Get().TakeLines(), ElementsAre(kEntering, kLeaving));
+  EXPECT_THAT(Lines(), ElementsAre(kEntering, kLeaving));
 }
 
 TEST_F(Volume, EachCallFailingInTurnGivesEverythingBack) {

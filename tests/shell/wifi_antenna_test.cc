@@ -1,10 +1,5 @@
 // The antenna readings by the two vendors' libraries, each step failing, and records that lie.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "radio/antenna_reader.h"
 #include "tests/support/beacon.h"
@@ -14,10 +9,6 @@ namespace vexa::test {
 namespace {
 
 using beacon::Little;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 constexpr MacAddress kAccessPoint = {0x02, 0x11, 0x22, 0x33, 0x44, 0x55};
 constexpr char kFirst[] = "5 Get main_rssi_final and aux_rssi_final from connectAPEntry->lRssi";
@@ -72,7 +63,7 @@ TEST_F(WifiAntennas, EachStepOfIntelFailingFallsBackAndAsksNobodyElse) {
     script_.Fail(step.function, 5);
     EXPECT_EQ(Read(), "-55:-55") << step.function;
     script_.Succeed(step.function);
-    std::vector<std::string> expected = {kFirst};
+    Strings expected = {kFirst};
     if (step.loaded) expected.push_back(kIntel);
     expected.insert(expected.end(), {kMainFell, kAuxFell});
     EXPECT_EQ(Lines(), expected) << step.function;
@@ -99,7 +90,7 @@ TEST_F(WifiAntennas, IntelLibraryByAbsolutePathOnly) {
   vendor_.intel_path = L"C:\\Drivers\\wifi\\component.dll";
   vendor_.intel_path_type = REG_EXPAND_SZ;
   EXPECT_EQ(Read(), "-55:-55");
-  for (const std::string& call : script_.Take()) EXPECT_THAT(call, Not(testing::StartsWith("LoadLibraryExW")));
+  for (const std::string& call : script_.Take()) EXPECT_THAT(call, Not(StartsWith("LoadLibraryExW")));
 }
 
 TEST_F(WifiAntennas, IntelRecordsThatLie) {
@@ -176,7 +167,7 @@ TEST_F(WifiAntennas, RealtekRecordThatLiesAndHostProgramsWithoutAFolder) {
     EXPECT_EQ(Read(), "-55:-55");
   }
   EXPECT_THAT(Lines(), Contains("5 Load rtk dll fail. Path: wlanCliDLL.dll").Times(2));
-  for (const std::string& call : script_.Take()) EXPECT_THAT(call, Not(testing::StartsWith("LoadLibraryExW")));
+  for (const std::string& call : script_.Take()) EXPECT_THAT(call, Not(StartsWith("LoadLibraryExW")));
 }
 
 TEST_F(WifiAntennas, ReadingsReachTheSnapshot) {

@@ -1,28 +1,19 @@
 // The Wi-Fi snapshot on a scripted WLAN service: what is collected, in which order, and each call failing.
 #include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <objbase.h>
 
 #include <cstring>
-#include <string>
-#include <vector>
 
-#include "frame/handles.h"
 #include "radio/wifi_interface.h"
 #include "tests/support/beacon.h"
+#include "tests/support/own_process.h"
 #include "tests/support/wifi_test.h"
 
 namespace vexa::test {
 namespace {
 
 using namespace beacon;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::IsSupersetOf;
-using testing::Not;
 
 constexpr char kNothing[] = "-1000|init_string|-1000|-1000|init_string|init_string|-1000";
 constexpr char kFailed[] = "2147483647|error_string|2147483647|2147483647|error_string|error_string|2147483647";
@@ -112,7 +103,7 @@ TEST_F(WifiCollector, EachExportCollectsFirstAndLogsItsOwnName) {
   for (const auto& entry : exports) {
     g_wifi = {};
     entry.call();
-    const std::vector<std::string> lines = Lines();
+    const Strings lines = Lines();
     EXPECT_EQ(lines.front(), std::string("5 [RF] ") + entry.name + " FLAG FALSE");
     EXPECT_EQ(lines.back(), kEnd);
   }
@@ -157,24 +148,24 @@ TEST_F(WifiCollector, ALaterConnectedInterfaceOverridesAnEarlierOne) {
 TEST_F(WifiCollector, LinkThatIsNotWifiHasNoCounts) {
   for (const uint32_t type : {6u, 244u, 24u}) {
     g_wifi = {};
-    wlan_.link_type = type;
+    wlan_.network.list[0].type = type;
     EXPECT_EQ(Link(), kHome);
     EXPECT_EQ(Counts(), kNoCounts) << type;
   }
-  EXPECT_THAT(script_.Take(), Not(testing::Contains("WlanGetNetworkBssList own open")));
+  EXPECT_THAT(script_.Take(), Not(Contains("WlanGetNetworkBssList own open")));
 }
 
 TEST_F(WifiCollector, OpenNetworkNeedsOneListForTheCounts) {
   for (FakeAccessPoint& point : wlan_.interfaces[0].access_points) point.secured = false;
   EXPECT_EQ(Counts(), "2|1|1|-52:-52");
-  EXPECT_THAT(script_.Take(), Not(testing::Contains("WlanGetNetworkBssList own secured")));
+  EXPECT_THAT(script_.Take(), Not(Contains("WlanGetNetworkBssList own secured")));
 }
 
 TEST_F(WifiCollector, AccessPointThatIsNotInTheList) {
   wlan_.interfaces[0].access_points.pop_back();
   EXPECT_EQ(Link(), "1|Test Wi-Fi|-1000|36|802.11ax|02:11:22|-1000");
   EXPECT_EQ(Counts(), "2|0|1|0:0");
-  EXPECT_THAT(Lines(), Not(testing::Contains(HasSubstr("connectAPEntry"))));
+  EXPECT_THAT(Lines(), Not(Contains(HasSubstr("connectAPEntry"))));
 }
 
 TEST_F(WifiCollector, AnswersThatAreTooShortCountAsNone) {
@@ -220,15 +211,15 @@ TEST_F(WifiCollector, EachCallFailing) {
       }
       (void)Wifi("");
       // A failing look for the device goes on to the other vendor's, so the calls are the same up to the failing one.
-      const std::vector<std::string> calls = script_.Take();
+      const Strings calls = script_.Take();
       EXPECT_EQ(calls.at(static_cast<size_t>(i)), steps[i].call);
       const bool failed = std::string(from_here ? steps[i].link_from_here : steps[i].link) == kFailed;
       EXPECT_EQ(g_wifi.collected, !failed);
       EXPECT_EQ(wlan_.open_clients, clients + (i == 0 ? 0 : 1));
       EXPECT_EQ(wlan_.open_memory(), 0u);
-      const std::vector<std::string> lines = Lines();
+      const Strings lines = Lines();
       if (failed) {
-        EXPECT_THAT(lines, Not(testing::Contains(kEnd)));
+        EXPECT_THAT(lines, Not(Contains(kEnd)));
         // Each export would try again: look at what is stored.
         g_wifi.collected = true;
       } else {
@@ -382,42 +373,21 @@ TEST_F(WifiCallerBuffers, NetworkNamesAreBytesOfAnyLength) {
   EXPECT_EQ(RF_WiFiRssi(), static_cast<uint32_t>(-52));
 }
 
-constexpr wchar_t kChildVariable[] = L"VEXA_TEST_WITHOUT_WLANAPI";
-
-// The library is loaded once per process, so this one starts itself again.
+// The library is loaded once per process, so this one runs in its own.
 TEST_F(WifiCollector, SystemWithoutTheLibrary) {
-  if (GetEnvironmentVariableW(kChildVariable, nullptr, 0) != 0) {
-    wlan_.missing_library = true;
-    EXPECT_EQ(Link(), kFailed);
-    EXPECT_EQ(Counts(), kNoCounts);
-    EXPECT_EQ(wlan_.open_clients, 0);
-    EXPECT_THAT(script_.Take(), IsEmpty());
-    Lines();
-    EXPECT_EQ(RF_WiFiIsConnected(), VEXA_COLLECT_FAILED);
-    // Error 126 is longer than the text.
-    EXPECT_THAT(Lines(), ElementsAre("5 [RF] RF_WiFiIsConnected FLAG FALSE", kStart, "5 "));
-    // It is looked for again by the next call.
-    wlan_.missing_library = false;
-    EXPECT_EQ(Link(), kHome);
-    return;
-  }
-  wchar_t program[MAX_PATH] = {};
-  const auto file_name = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetModuleFileNameW");
-  reinterpret_cast<DWORD(WINAPI*)(HMODULE, LPWSTR, DWORD)>(file_name)(nullptr, program, MAX_PATH);
-  std::wstring command = L"shell_test --gtest_filter=WifiCollector.SystemWithoutTheLibrary";
-  SetEnvironmentVariableW(kChildVariable, L"1");
-  STARTUPINFOW startup{.cb = sizeof startup};
-  PROCESS_INFORMATION process{};
-  const BOOL started =
-      CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
-  SetEnvironmentVariableW(kChildVariable, nullptr);
-  ASSERT_TRUE(started);
-  const KernelHandle child(process.hProcess);
-  const KernelHandle thread(process.hThread);
-  ASSERT_EQ(WaitForSingleObject(child.get(), 60000), static_cast<DWORD>(WAIT_OBJECT_0));
-  DWORD code = 1;
-  GetExitCodeProcess(child.get(), &code);
-  EXPECT_EQ(code, 0u);
+  if (RunInOwnProcess(L"VEXA_TEST_WITHOUT_WLANAPI")) return;
+  wlan_.missing_library = true;
+  EXPECT_EQ(Link(), kFailed);
+  EXPECT_EQ(Counts(), kNoCounts);
+  EXPECT_EQ(wlan_.open_clients, 0);
+  EXPECT_THAT(script_.Take(), IsEmpty());
+  Lines();
+  EXPECT_EQ(RF_WiFiIsConnected(), VEXA_COLLECT_FAILED);
+  // Error 126 is longer than the text.
+  EXPECT_THAT(Lines(), ElementsAre("5 [RF] RF_WiFiIsConnected FLAG FALSE", kStart, "5 "));
+  // It is looked for again by the next call.
+  wlan_.missing_library = false;
+  EXPECT_EQ(Link(), kHome);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ FARPROC WINAPI LookUp(HMODULE module, LPCSTR name) {
   const FARPROC found = g_lookup_patch->Original<FARPROC WINAPI(HMODULE, LPCSTR)>()(module, name);
   const bool is_ordinal = reinterpret_cast<uintptr_t>(name) < 0x10000;
   if (is_ordinal || std::string_view("IsWow64Process2") != name) return found;
-  if (IsWithoutDetection()) return nullptr;
+  if (GetEnvironmentVariableW(kWithoutDetection, nullptr, 0) != 0) return nullptr;
   g_system_detection = reinterpret_cast<Function*>(reinterpret_cast<void*>(found));
   return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(Detect));
 }
@@ -50,7 +50,5 @@ class Detection : public testing::Environment {
 [[maybe_unused]] testing::Environment* const g_environment = testing::AddGlobalTestEnvironment(new Detection);
 
 }  // namespace
-
-bool IsWithoutDetection() { return GetEnvironmentVariableW(kWithoutDetection, nullptr, 0) != 0; }
 
 }  // namespace vexa::test

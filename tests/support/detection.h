@@ -15,7 +15,6 @@ extern int g_detections;
 
 // Set for a process whose system is to lack the function.
 inline constexpr wchar_t kWithoutDetection[] = L"VEXA_TEST_WITHOUT_DETECTION";
-bool IsWithoutDetection();
 
 }  // namespace vexa::test
 

@@ -9,6 +9,7 @@
 #include <iphlpapi.h>
 
 #include <cstdlib>
+#include <set>
 #include <vector>
 
 #include "tests/support/import_patch.h"
@@ -39,6 +40,8 @@ class FakeInterfaces {
 
   std::vector<Interface> list;
   NETIO_STATUS status = NO_ERROR;  // of reading the table
+  std::set<ULONG> gone;            // whose entry can't be read any more
+  std::vector<ULONG> asked;        // for their entries
 
  private:
   static NETIO_STATUS WINAPI Table(MIB_IF_TABLE_LEVEL, MIB_IF_TABLE2** table) {
@@ -51,11 +54,15 @@ class FakeInterfaces {
     return NO_ERROR;
   }
   static NETIO_STATUS WINAPI Entry(MIB_IF_ROW2* row) {
+    now_->asked.push_back(row->InterfaceIndex);
     for (const Interface& one : now_->list) {
-      if (one.index != row->InterfaceIndex) continue;
+      if (one.index != row->InterfaceIndex || now_->gone.contains(one.index)) continue;
       row->Type = one.type;
       row->InterfaceAndOperStatusFlags.HardwareInterface = one.hardware;
-      row->OperStatus = one.up ? IfOperStatusUp : IfOperStatusDown;
+      // The neighbouring flags mean something else.
+      row->InterfaceAndOperStatusFlags.FilterInterface = row->InterfaceAndOperStatusFlags.ConnectorPresent =
+          !one.hardware;
+      row->OperStatus = one.up ? IfOperStatusUp : IfOperStatusDormant;
       return NO_ERROR;
     }
     return ERROR_FILE_NOT_FOUND;

@@ -1,10 +1,6 @@
 #include "tests/support/fake_wlan.h"
 
-#include <winsock2.h>
-#include <ws2ipdef.h>
-
 #include <gtest/gtest.h>
-#include <iphlpapi.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -159,28 +155,12 @@ struct FakeWlanHook {
     SetLastError(ERROR_PROC_NOT_FOUND);
     return nullptr;
   }
-
-  static NETIO_STATUS WINAPI Table(MIB_IF_TABLE_LEVEL, PMIB_IF_TABLE2* table) {
-    *table = static_cast<MIB_IF_TABLE2*>(g_fake->HandOut(std::string(sizeof(MIB_IF_TABLE2), '\0')));
-    (*table)->NumEntries = 1;
-    return NO_ERROR;
-  }
-  static NETIO_STATUS WINAPI Entry(PMIB_IF_ROW2 row) {
-    row->Type = g_fake->link_type;
-    row->OperStatus = IfOperStatusUp;
-    row->InterfaceAndOperStatusFlags.HardwareInterface = TRUE;
-    return NO_ERROR;
-  }
 };
 
 FakeWlan::FakeWlan(CallScript& script)
-    : script_(script),
-      load_("LoadLibraryExW", FakeWlanHook::Load),
-      find_("GetProcAddress", FakeWlanHook::Find),
-      table_("GetIfTable2Ex", FakeWlanHook::Table),
-      entry_("GetIfEntry2", FakeWlanHook::Entry),
-      free_table_("FreeMibTable", FakeWlanHook::Free) {
+    : script_(script), load_("LoadLibraryExW", FakeWlanHook::Load), find_("GetProcAddress", FakeWlanHook::Find) {
   g_fake = this;
+  network.list = {{71, 1, true, true}};
 }
 
 FakeWlan::~FakeWlan() {

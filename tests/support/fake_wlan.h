@@ -15,6 +15,7 @@
 
 #include "radio/bss_list.h"
 #include "tests/support/call_script.h"
+#include "tests/support/fake_interfaces.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/import_patch.h"
 
@@ -53,7 +54,7 @@ class FakeWlan {
   // Answers that are shorter than what they are to hold.
   DWORD connection_bytes = sizeof(WLAN_CONNECTION_ATTRIBUTES), channel_bytes = sizeof(ULONG);
   bool null_interfaces = false, null_bss_lists = false;  // although the call succeeds
-  uint32_t link_type = 71;                               // IANA ifType of the one network interface that is up
+  FakeInterfaces network;                                // one Wi-Fi adapter
 
   int open_clients = 0;
   [[nodiscard]] size_t open_memory() const { return memory_.size(); }
@@ -65,7 +66,7 @@ class FakeWlan {
 
   CallScript& script_;
   std::map<void*, std::unique_ptr<GuardedBuffer>> memory_;
-  ImportPatch load_, find_, table_, entry_, free_table_;
+  ImportPatch load_, find_;
 };
 
 // The interface's id, by its place in the list.

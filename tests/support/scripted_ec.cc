@@ -34,7 +34,7 @@ struct ScriptedEcHook {
       EcCommandRecord record{};
       std::memcpy(&record, in, std::min<size_t>(in_size, sizeof record));
       if (in_size != sizeof record || out_size != sizeof record || !g_ec->Exchange(record)) return FALSE;
-      *returned = std::min<DWORD>(g_ec->answer_size, sizeof record);
+      *returned = sizeof record;
       std::memcpy(out, &record, *returned);
       return TRUE;
     }

@@ -39,8 +39,6 @@ class ScriptedEc {
   // Other control codes than the EC command's; returns whether the request succeeds.
   std::function<bool(uint32_t code, const std::vector<uint8_t>& in, std::vector<uint8_t>& out)> device;
 
-  // Bytes that the driver reports and copies back of an EC record; 16 unless a test shortens it.
-  uint32_t answer_size = sizeof(EcCommandRecord);
   // Raw record handed back when not null, whatever was asked.
   std::vector<EcCommandRecord> records;  // as sent
 

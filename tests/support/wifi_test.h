@@ -2,31 +2,19 @@
 #ifndef VEXA_TESTS_SUPPORT_WIFI_TEST_H_
 #define VEXA_TESTS_SUPPORT_WIFI_TEST_H_
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "radio/wifi_snapshot.h"
-#include "tests/support/call_script.h"
 #include "tests/support/fake_wifi_vendor.h"
 #include "tests/support/fake_wlan.h"
-#include "tests/support/trace_recorder.h"
+#include "tests/support/shell_test.h"
 #include "vexa/wifi.h"
 
 namespace vexa::test {
 
 // Each test begins as a process does: nothing collected.
-class WifiTest : public testing::Test {
+class WifiTest : public ShellTest {
  protected:
-  WifiTest() {
-    g_wifi = {};
-    TraceRecorder::Get().Enable(0);
-    TraceRecorder::Get().TakeEvents();
-  }
+  WifiTest() { g_wifi = {}; }
   ~WifiTest() override { g_wifi = {}; }
-
-  static std::vector<std::string> Lines() { return TraceRecorder::Get().TakeLines(); }
 
   static std::string CardName() {
     wchar_t name[VEXA_WIFI_CARD_NAME_CAPACITY];
