@@ -3,56 +3,34 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "results.h"
+#include "scenario/test_cases.h"
 
 namespace firmware {
 namespace {
 
-constexpr auto kNo = std::nullopt;
-
-const struct {
-  const char* text;
-  Cim type;
-  std::optional<Datum> result;  // nothing: a mismatch
-} kTexts[] = {
-    {"0", Cim::kUint8, Datum::Integer(kVtUi1, 0)},
-    {"255", Cim::kUint8, Datum::Integer(kVtUi1, 255)},
-    {"256", Cim::kUint8, kNo},
-    {"-1", Cim::kUint8, kNo},
-    {"", Cim::kUint8, kNo},
-    {"abc", Cim::kUint8, kNo},
-    {"12x", Cim::kUint8, kNo},
-    {"0x10", Cim::kUint8, kNo},
-    {"1.5", Cim::kUint8, kNo},
-    {"--1", Cim::kSint8, kNo},
-    {" 7 ", Cim::kUint8, Datum::Integer(kVtUi1, 7)},
-    {"-0", Cim::kUint8, Datum::Integer(kVtUi1, 0)},
-    {"-128", Cim::kSint8, Datum::Integer(kVtI2, -128)},
-    {"-129", Cim::kSint8, kNo},
-    {"128", Cim::kSint8, kNo},
-    {"65535", Cim::kUint16, Datum::Integer(kVtI4, 65535)},
-    {"65536", Cim::kUint16, kNo},
-    {"1179735", Cim::kUint32, Datum::Integer(kVtI4, 1179735)},
-    {"4294967295", Cim::kUint32, Datum::Integer(kVtI4, -1)},
-    {"4294967296", Cim::kUint32, kNo},
-    {"-2147483648", Cim::kSint32, Datum::Integer(kVtI4, INT32_MIN)},
-    {"2147483648", Cim::kSint32, kNo},
-    {"18446744073709551615", Cim::kUint64, Datum::Text("18446744073709551615")},
-    {"18446744073709551616", Cim::kUint64, kNo},
-    {"-9223372036854775808", Cim::kSint64, Datum::Text("-9223372036854775808")},
-    {"9223372036854775808", Cim::kSint64, kNo},
-    {"TRUE", Cim::kBoolean, Datum::Integer(kVtBool, 1)},
-    {"false", Cim::kBoolean, Datum::Integer(kVtBool, 0)},
-    {"yes", Cim::kBoolean, kNo},
-    {"3", Cim::kReal32, Datum::Real(kVtR4, 3)},
-    {"any text", Cim::kString, Datum::Text("any text")},
-};
+std::string Shown(const Datum& datum) {
+  switch (datum.vt) {
+    case kVtBstr: return "text " + *datum.text;
+    case kVtR4: return "r4 " + std::to_string(std::lround(datum.AsReal()));
+    default:
+      return (datum.vt == kVtUi1  ? "ui1 "
+              : datum.vt == kVtI2 ? "i2 "
+              : datum.vt == kVtI4 ? "i4 "
+                                  : "bool ") +
+             std::to_string(static_cast<int64_t>(datum.bits));
+  }
+}
 
 TEST(CimValues, TextsBecomeTheTypesValue) {
-  for (const auto& [text, type, result] : kTexts) {
-    const std::expected<Datum, uint32_t> got = Convert(Datum::Text(text), {type, false});
-    EXPECT_EQ(got.has_value(), result.has_value()) << text;
-    if (got) EXPECT_EQ(*got, result) << text << " gave " << static_cast<int64_t>(got->bits) << " of type " << got->vt;
+  for (const std::string& line : scenario::LinesOfCase(TEST_FOLDER "/cim.txt", "texts")) {
+    const size_t as = line.find("\" as "), arrow = line.find(" -> ");
+    const std::optional<CimType> type = CimTypeFromName(line.substr(as + 5, arrow - as - 5));
+    ASSERT_TRUE(type) << line;
+    const std::expected<Datum, uint32_t> got = Convert(Datum::Text(line.substr(1, as - 1)), *type);
+    EXPECT_EQ(got ? Shown(*got) : "mismatch", line.substr(arrow + 4)) << line;
     if (!got) EXPECT_EQ(got.error(), kTypeMismatch);
   }
 }

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "object.h"
+#include "scenario/test_cases.h"
 #include "test_model.h"
 
 namespace firmware {
@@ -43,64 +44,16 @@ uint32_t Call(State& state, const std::string& call) {
   std::string method, argument;
   words >> method;
   Arguments arguments;
-  while (words >> argument) arguments.emplace_back("", std::stoull(argument, nullptr, 0));
+  while (words >> argument && argument != "->") arguments.emplace_back("", std::stoull(argument, nullptr, 0));
   return ExecuteMethod(Firmware(), state, method[0] == 'D' ? kDeviceClass : kEcClass, method, arguments);
 }
 
-constexpr uint32_t kUnlisted = 0xEEEE0000;
-
-// One after the other, on one state.
-constexpr struct {
-  const char* call;
-  uint32_t answer;
-} kCalls[] = {
-    {"ec_get_version", 7},
-    {"ec_read_command_byte 8 1", 0x30},
-    {"ec_read_command_byte 9 1", 0x0C},
-    {"ec_read_command_byte 2 3", 41},
-    {"ec_read_command_byte 1 2", kUnlisted},
-    {"ec_read_command_byte 8 3", kUnlisted},
-    // Writes go where their command code says.
-    {"ec_write_command_byte 0x82 1 2", 3},
-    {"ec_read_command_byte 2 1", 2},
-    {"ec_write_command_byte 11 1 255", 3},
-    {"ec_read_command_byte 11 1", 255},
-    {"ec_write_command_byte 2 1 9", 4},
-    {"ec_write_command_byte 8 1 9", 4},
-    {"ec_write_command_byte 0x82 3 9", 4},
-    {"ec_read_command_byte 2 1", 2},
-    // The gauge.
-    {"battery_read_command_byte 10 2", 0xFA74},
-    {"battery_read_command_byte 10 1", 0x74},
-    {"battery_read_command_byte 10 0", kUnlisted},
-    {"battery_read_command_byte 10 3", kUnlisted},
-    {"battery_read_command_byte 32 2", kUnlisted},
-    {"battery_read_command_by_index 32 0", 4},
-    {"battery_read_command_by_index 32 4", '2'},
-    {"battery_read_command_by_index 32 5", kUnlisted},
-    {"battery_read_command_by_index 33 0", 200},
-    {"battery_read_command_by_index 10 0", kUnlisted},
-    {"battery_write_command_byte 13 0x63", 3},
-    {"battery_read_command_byte 13 2", 0x1263},
-    {"battery_write_command_byte 10 1", 4},
-    // Devices show their control where the mask says.
-    {"DSTS 0x00110019", 65536},
-    {"DEVS 0x00110019 1", 1},
-    {"DSTS 0x00110019", 65537},
-    {"DEVS 0x00110019 2", 0},
-    {"DSTS 0x00110019", 65537},
-    {"DEVS 0x00120057 80", 1},
-    {"DEVS 0x00120057 81", 5},
-    {"DSTS 0x00120057", 65536},
-    {"DEVS 3 0xFFFFFFFF", 8},
-    {"DSTS 3", 0xABCDFFFF},
-    {"DSTS 4", 0xFFFFFFFE},
-    {"DEVS 4 1", 9},
-};
-
 TEST(FirmwareMethods, AnswerAndRemember) {
   State state{.scenario = "a"};
-  for (const auto& [call, answer] : kCalls) EXPECT_EQ(Call(state, call), answer) << call;
+  for (const std::string& line : scenario::LinesOfCase(TEST_FOLDER "/firmware_calls.txt", "calls")) {
+    if (!line.starts_with('#'))
+      EXPECT_EQ(Call(state, line), std::stoul(line.substr(line.find(" -> ") + 4), nullptr, 0)) << line;
+  }
   EXPECT_EQ(state.controls.at(0x00120057), 80u);
 
   // The state outlives its process, and ends with its scenario.

@@ -37,6 +37,15 @@ inline std::vector<TestCase> ReadCases(const std::string& path) {
   return cases;
 }
 
+// The lines of one of them.
+inline std::vector<std::string> LinesOfCase(const std::string& path, const std::string& name) {
+  for (const TestCase& one : ReadCases(path)) {
+    if (one.name == name) return one.lines;
+  }
+  ADD_FAILURE() << path << " has no case " << name;
+  return {};
+}
+
 }  // namespace scenario
 
 #endif  // NOTEBOOK_SCENARIO_TEST_CASES_H_

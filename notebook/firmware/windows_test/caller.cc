@@ -16,6 +16,11 @@ HRESULT Caller::Connect(const std::wstring& namespace_name) {
   return locator_->ConnectServer(Bstr(namespace_name), nullptr, nullptr, nullptr, 0, nullptr, nullptr, services_.Out());
 }
 
+HRESULT Caller::SetBlanket() {
+  return CoSetProxyBlanket(services_.Get(), RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr, RPC_C_AUTHN_LEVEL_CALL,
+                           RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE);
+}
+
 Ref<IEnumWbemClassObject> Caller::Query(const std::wstring& query, HRESULT* result, LONG flags) {
   Ref<IEnumWbemClassObject> rows;
   const HRESULT done = services_->ExecQuery(Bstr(L"WQL"), Bstr(query), flags, nullptr, rows.Out());
@@ -34,8 +39,7 @@ Answer Caller::Call(const std::wstring& class_name, const std::wstring& method, 
                     const std::wstring& output) {
   HRESULT result = Connect(L"ROOT\\WMI");
   if (result != S_OK) return {locator_ ? "ConnectServer" : "CreateInstance", result};
-  result = CoSetProxyBlanket(services_.Get(), RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr, RPC_C_AUTHN_LEVEL_CALL,
-                             RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE);
+  result = SetBlanket();
   if (result != S_OK) return {"SetBlanket", result};
   return Execute(class_name, method, inputs, output);
 }

@@ -73,6 +73,7 @@ class Caller {
   Caller& operator=(const Caller&) = delete;
 
   HRESULT Connect(const std::wstring& namespace_name);
+  HRESULT SetBlanket();
   IWbemServices* services() const { return services_.Get(); }
   Ref<IEnumWbemClassObject> Query(const std::wstring& query, HRESULT* result = nullptr, LONG flags = 0x30);
   // The first row of a query, or an empty reference.

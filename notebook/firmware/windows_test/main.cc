@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "caller.h"
 #include "firmware/files.h"
 #include "firmware/registration.h"
 #include "fixture.h"
@@ -76,12 +75,7 @@ int RunTests() {
 }  // namespace
 }  // namespace firmware
 
-// With "--set DEVICE CONTROL" it is the other process of a test: it makes this one call and answers its result.
 int main(int argc, char** argv) {
-  if (argc == 4 && std::string_view(argv[1]) == "--set") {
-    return firmware::SetDevice(static_cast<unsigned>(std::atoi(argv[2])), static_cast<unsigned>(std::atoi(argv[3])))
-        .number;
-  }
   testing::InitGoogleTest(&argc, argv);
   if (firmware::Server() == nullptr) {
     std::fprintf(stderr, "vexa-firmware.dll does not lie beside the program\n");

@@ -36,6 +36,10 @@ class Tables : public FirmwareTest {
  protected:
   Tables() { UseScenario(kScenario); }
 
+  Ref<IWbemClassObject> FirstRow(const wchar_t* name_space, const std::wstring& query) {
+    EXPECT_EQ(caller_.Connect(name_space), S_OK);
+    return caller_.FirstRow(query);
+  }
   // The numbers of the "Numbered" rows that an enumerator gives from where it stands.
   static std::vector<LONG> Rest(IEnumWbemClassObject* rows) {
     std::vector<LONG> numbers;
@@ -48,66 +52,73 @@ class Tables : public FirmwareTest {
       numbers.push_back(id.number());
     }
   }
+
+  Caller caller_;
 };
 
-TEST_F(Tables, ValuesComeInTheirTypes) {
-  Caller caller;
-  ASSERT_EQ(caller.Connect(L"ROOT\\WMI"), S_OK);
-  const Ref<IWbemClassObject> row = caller.FirstRow(L"select * from types");
-  ASSERT_TRUE(row);
-  const auto expect = [&](const wchar_t* name, VARTYPE vt, CIMTYPE cim, auto check) {
-    Value value;
-    CIMTYPE type = 0;
-    ASSERT_EQ(row->Get(name, 0, &value, &type, nullptr), S_OK) << Narrow(name);
-    EXPECT_EQ(value.type(), vt) << Narrow(name);
-    EXPECT_EQ(type, cim) << Narrow(name);
-    EXPECT_TRUE(check(value)) << Narrow(name);
-  };
-  expect(L"s8", VT_I2, CIM_SINT8, [](const Value& v) { return V_I2(&v.variant()) == -1; });
-  expect(L"u8", VT_UI1, CIM_UINT8, [](const Value& v) { return V_UI1(&v.variant()) == 255; });
-  expect(L"s16", VT_I2, CIM_SINT16, [](const Value& v) { return V_I2(&v.variant()) == -300; });
-  expect(L"u16", VT_I4, CIM_UINT16, [](const Value& v) { return v.number() == 65535; });
-  expect(L"s32", VT_I4, CIM_SINT32, [](const Value& v) { return v.number() == -1; });
-  expect(L"u32", VT_I4, CIM_UINT32, [](const Value& v) { return v.number() == -1; });
-  expect(L"s64", VT_BSTR, CIM_SINT64, [](const Value& v) { return v.text() == L"-9223372036854775808"; });
-  expect(L"u64", VT_BSTR, CIM_UINT64, [](const Value& v) { return v.text() == L"18446744073709551615"; });
-  expect(L"r32", VT_R4, CIM_REAL32, [](const Value& v) { return V_R4(&v.variant()) == 0.5f; });
-  expect(L"r64", VT_R8, CIM_REAL64, [](const Value& v) { return V_R8(&v.variant()) == -0.25; });
-  expect(L"b", VT_BOOL, CIM_BOOLEAN, [](const Value& v) { return V_BOOL(&v.variant()) == VARIANT_TRUE; });
-  expect(L"t", VT_BSTR, CIM_STRING, [](const Value& v) { return v.text() == L"\u4e2d\u6587 \U0001F600"; });
-  expect(L"n", VT_NULL, CIM_UINT32, [](const Value&) { return true; });
-  expect(L"null_text", VT_BSTR, CIM_STRING, [](const Value& v) { return V_BSTR(&v.variant()) == nullptr; });
+// A value as text: an array's items from its lower bound on, in "[2]{a,b}".
+std::wstring Shown(VARIANT value) {
+  if (V_VT(&value) == VT_NULL) return L"null";
+  if ((V_VT(&value) & VT_ARRAY) == 0) {
+    if (V_VT(&value) == VT_BSTR && V_BSTR(&value) == nullptr) return L"null text";
+    VARIANT text{};
+    if (FAILED(VariantChangeType(&text, &value, VARIANT_ALPHABOOL, VT_BSTR))) return L"no text";
+    const std::wstring shown = V_BSTR(&text);
+    VariantClear(&text);
+    return shown;
+  }
+  LONG low = 0, high = 0;
+  SafeArrayGetLBound(V_ARRAY(&value), 1, &low);
+  SafeArrayGetUBound(V_ARRAY(&value), 1, &high);
+  std::wstring shown = L"[" + std::to_wstring(low) + L"]{";
+  for (LONG i = low; i <= high; ++i) {
+    VARIANT item{};
+    SafeArrayGetElement(V_ARRAY(&value), &i, &V_I8(&item));
+    V_VT(&item) = static_cast<VARTYPE>(V_VT(&value) & ~VT_ARRAY);
+    shown += (i == low ? L"" : L",") + Shown(item);
+    VariantClear(&item);
+  }
+  return shown + L"}";
 }
 
-TEST_F(Tables, Arrays) {
-  Caller caller;
-  ASSERT_EQ(caller.Connect(L"ROOT\\WMI"), S_OK);
-  const Ref<IWbemClassObject> row = caller.FirstRow(L"select * from Types");
+TEST_F(Tables, ValuesComeInTheirTypes) {
+  const struct {
+    const wchar_t* name;
+    int vt, cim;
+    const wchar_t* shown;
+  } kValues[] = {{L"s8", VT_I2, CIM_SINT8, L"-1"},
+                 {L"u8", VT_UI1, CIM_UINT8, L"255"},
+                 {L"s16", VT_I2, CIM_SINT16, L"-300"},
+                 {L"u16", VT_I4, CIM_UINT16, L"65535"},
+                 {L"s32", VT_I4, CIM_SINT32, L"-1"},
+                 {L"u32", VT_I4, CIM_UINT32, L"-1"},
+                 {L"s64", VT_BSTR, CIM_SINT64, L"-9223372036854775808"},
+                 {L"u64", VT_BSTR, CIM_UINT64, L"18446744073709551615"},
+                 {L"r32", VT_R4, CIM_REAL32, L"0.5"},
+                 {L"r64", VT_R8, CIM_REAL64, L"-0.25"},
+                 {L"b", VT_BOOL, CIM_BOOLEAN, L"True"},
+                 {L"t", VT_BSTR, CIM_STRING, L"\u4e2d\u6587 \U0001F600"},
+                 {L"n", VT_NULL, CIM_UINT32, L"null"},
+                 {L"null_text", VT_BSTR, CIM_STRING, L"null text"},
+                 {L"a8", VT_ARRAY | VT_UI1, CIM_FLAG_ARRAY | CIM_UINT8, L"[0]{1,255}"},
+                 {L"a16", VT_ARRAY | VT_I4, CIM_FLAG_ARRAY | CIM_UINT16, L"[0]{65535}"},
+                 {L"at", VT_ARRAY | VT_BSTR, CIM_FLAG_ARRAY | CIM_STRING, L"[0]{a,,c}"},
+                 {L"raw", VT_ARRAY | VT_BSTR, CIM_UINT32, L"[2]{x}"}};
+  const Ref<IWbemClassObject> row = FirstRow(L"ROOT\\WMI", L"select * from types");
   ASSERT_TRUE(row);
-  Value bytes, words, texts, raw;
-  ASSERT_EQ(row->Get(L"a8", 0, &bytes, nullptr, nullptr), S_OK);
-  ASSERT_EQ(row->Get(L"a16", 0, &words, nullptr, nullptr), S_OK);
-  ASSERT_EQ(row->Get(L"at", 0, &texts, nullptr, nullptr), S_OK);
-  ASSERT_EQ(row->Get(L"raw", 0, &raw, nullptr, nullptr), S_OK);
-  EXPECT_EQ(bytes.type(), VT_ARRAY | VT_UI1);
-  EXPECT_EQ(words.type(), VT_ARRAY | VT_I4);
-  EXPECT_EQ(texts.type(), VT_ARRAY | VT_BSTR);
-  const auto items = static_cast<const BYTE*>(V_ARRAY(&bytes.variant())->pvData);
-  EXPECT_EQ(items[1], 255);
-  EXPECT_EQ(*static_cast<const LONG*>(V_ARRAY(&words.variant())->pvData), 65535);
-  LONG high = 0;
-  SafeArrayGetUBound(V_ARRAY(&texts.variant()), 1, &high);
-  EXPECT_EQ(high, 2);
-  EXPECT_STREQ(static_cast<const BSTR*>(V_ARRAY(&texts.variant())->pvData)[2], L"c");
-  LONG low = 0;
-  SafeArrayGetLBound(V_ARRAY(&raw.variant()), 1, &low);
-  EXPECT_EQ(low, 2);
+  for (const auto& [name, vt, cim, shown] : kValues) {
+    SCOPED_TRACE(Narrow(name));
+    Value value;
+    CIMTYPE type = 0;
+    ASSERT_EQ(row->Get(name, 0, &value, &type, nullptr), S_OK);
+    EXPECT_EQ(value.type(), vt);
+    EXPECT_EQ(type, cim);
+    EXPECT_EQ(Narrow(Shown(value.variant())), Narrow(shown));
+  }
 }
 
 TEST_F(Tables, PropertiesAreEnumerated) {
-  Caller caller;
-  ASSERT_EQ(caller.Connect(L"ROOT\\WMI"), S_OK);
-  const Ref<IWbemClassObject> row = caller.FirstRow(L"select Id from Numbered where Id = 2");
+  const Ref<IWbemClassObject> row = FirstRow(L"ROOT\\WMI", L"select Id from Numbered where Id = 2");
   ASSERT_TRUE(row);
   ASSERT_EQ(row->BeginEnumeration(WBEM_FLAG_NONSYSTEM_ONLY), S_OK);
   BSTR name = nullptr;
@@ -126,9 +137,8 @@ TEST_F(Tables, PropertiesAreEnumerated) {
 }
 
 TEST_F(Tables, EnumeratorsGoForwardAndBack) {
-  Caller caller;
-  ASSERT_EQ(caller.Connect(L"ROOT\\WMI"), S_OK);
-  const Ref<IEnumWbemClassObject> rows = caller.Query(L"select * from Numbered", nullptr, 0);
+  ASSERT_EQ(caller_.Connect(L"ROOT\\WMI"), S_OK);
+  const Ref<IEnumWbemClassObject> rows = caller_.Query(L"select * from Numbered", nullptr, 0);
   EXPECT_EQ(rows->Skip(WBEM_INFINITE, 1), WBEM_S_NO_ERROR);
   Ref<IEnumWbemClassObject> copy;
   ASSERT_EQ(rows->Clone(copy.Out()), S_OK);
@@ -137,60 +147,55 @@ TEST_F(Tables, EnumeratorsGoForwardAndBack) {
   EXPECT_EQ(rows->Reset(), S_OK);
   EXPECT_THAT(Rest(rows.Get()), ElementsAre(0, 1, 2));
   EXPECT_EQ(rows->Skip(WBEM_INFINITE, 1), WBEM_S_FALSE);
-  const Ref<IEnumWbemClassObject> forward = caller.Query(L"select * from Numbered where Even = true");
+  const Ref<IEnumWbemClassObject> forward = caller_.Query(L"select * from Numbered where Even = true");
   EXPECT_EQ(forward->Reset(), static_cast<HRESULT>(WBEM_E_INVALID_OPERATION));
   EXPECT_THAT(Rest(forward.Get()), ElementsAre(0, 2));
   HRESULT result = S_OK;
-  EXPECT_FALSE(caller.Query(L"select * from Numbered where Odd = true", &result));
+  EXPECT_FALSE(caller_.Query(L"select * from Numbered where Odd = true", &result));
   EXPECT_EQ(result, static_cast<HRESULT>(WBEM_E_INVALID_QUERY));
 }
 
 TEST_F(Tables, TakeThePlaceOfOneClassOnly) {
-  Caller caller;
-  ASSERT_EQ(caller.Connect(L"ROOT\\CIMV2"), S_OK);
+  ASSERT_EQ(caller_.Connect(L"ROOT\\CIMV2"), S_OK);
   Value name;
-  const Ref<IWbemClassObject> bios = caller.FirstRow(L"select * from Win32_Bios");
+  const Ref<IWbemClassObject> bios = caller_.FirstRow(L"select * from Win32_Bios");
   ASSERT_TRUE(bios);
   EXPECT_EQ(bios->Get(L"Name", 0, &name, nullptr, nullptr), S_OK);
   EXPECT_EQ(name.text(), L"K7720MBT.361");
   EXPECT_EQ(bios->Get(L"Manufacturer", 0, nullptr, nullptr, nullptr), static_cast<HRESULT>(WBEM_E_NOT_FOUND));
-  const Ref<IWbemClassObject> board = caller.FirstRow(L"select * from Win32_BaseBoard");
+  const Ref<IWbemClassObject> board = caller_.FirstRow(L"select * from Win32_BaseBoard");
   ASSERT_TRUE(board);
   EXPECT_EQ(board->Get(L"Manufacturer", 0, nullptr, nullptr, nullptr), S_OK);
 }
 
 TEST_F(Tables, TheSystemsOwnRowsAreHandedOn) {
-  Caller caller;
-  ASSERT_EQ(caller.Connect(L"root\\cimv2"), S_OK);
-  EXPECT_EQ(CoSetProxyBlanket(caller.services(), RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr, RPC_C_AUTHN_LEVEL_CALL,
-                              RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE),
-            S_OK);
-  EXPECT_FALSE(caller.FirstRow(L"select * from Win32_Processor"));
-  const Ref<IWbemClassObject> processor = caller.FirstRow(L"select * from Win32_Processor");
+  ASSERT_EQ(caller_.Connect(L"root\\cimv2"), S_OK);
+  EXPECT_EQ(caller_.SetBlanket(), S_OK);
+  EXPECT_FALSE(caller_.FirstRow(L"select * from Win32_Processor"));
+  const Ref<IWbemClassObject> processor = caller_.FirstRow(L"select * from Win32_Processor");
   ASSERT_TRUE(processor);
   Value path, architecture;
   EXPECT_EQ(processor->Get(L"Architecture", 0, &architecture, nullptr, nullptr), S_OK);
   EXPECT_EQ(architecture.type(), VT_I4);
   EXPECT_EQ(processor->Get(L"__PATH", 0, &path, nullptr, nullptr), S_OK);
   EXPECT_NE(path.text().find(L"Win32_Processor"), std::wstring::npos);
-  const Ref<IWbemClassObject> system = caller.FirstRow(L"select * from Win32_OperatingSystem");
+  const Ref<IWbemClassObject> system = caller_.FirstRow(L"select * from Win32_OperatingSystem");
   ASSERT_TRUE(system);
   Value first, second;
   EXPECT_EQ(system->Get(L"Name", 0, &first, nullptr, nullptr), S_OK);
   EXPECT_EQ(first.type(), VT_BSTR);
   EXPECT_EQ(system->Get(L"Name", 0, &second, nullptr, nullptr), S_OK);
   EXPECT_EQ(second.type(), VT_I4);
-  EXPECT_FALSE(caller.FirstRow(L"select * from Win32_ComputerSystem"));
-  EXPECT_TRUE(caller.FirstRow(L"select * from Win32_ComputerSystem"));
+  EXPECT_FALSE(caller_.FirstRow(L"select * from Win32_ComputerSystem"));
+  EXPECT_TRUE(caller_.FirstRow(L"select * from Win32_ComputerSystem"));
   EXPECT_EQ(Objects("IWbemClassObject"), 2);
 }
 
 // The system's own objects come back to it as it made them.
 TEST_F(Tables, TheSystemsOwnMethodsCanBeCalled) {
-  Caller caller;
-  ASSERT_EQ(caller.Connect(L"ROOT\\CIMV2"), S_OK);
+  ASSERT_EQ(caller_.Connect(L"ROOT\\CIMV2"), S_OK);
   Ref<IWbemClassObject> definition, in_definition, in, out;
-  ASSERT_EQ(caller.services()->GetObject(Bstr(L"StdRegProv"), 0, nullptr, definition.Out(), nullptr), S_OK);
+  ASSERT_EQ(caller_.services()->GetObject(Bstr(L"StdRegProv"), 0, nullptr, definition.Out(), nullptr), S_OK);
   ASSERT_EQ(definition->GetMethod(L"GetStringValue", 0, in_definition.Out(), nullptr), S_OK);
   ASSERT_EQ(in_definition->SpawnInstance(0, in.Out()), S_OK);
   VARIANT root{};
@@ -200,8 +205,8 @@ TEST_F(Tables, TheSystemsOwnMethodsCanBeCalled) {
   Value key(kNotebookKey), name(L"Firmware"), value;
   ASSERT_EQ(in->Put(L"sSubKeyName", 0, &key, CIM_STRING), S_OK);
   ASSERT_EQ(in->Put(L"sValueName", 0, &name, CIM_STRING), S_OK);
-  ASSERT_EQ(caller.services()->ExecMethod(Bstr(L"StdRegProv"), Bstr(L"GetStringValue"), 0, nullptr, in.Get(), out.Out(),
-                                          nullptr),
+  ASSERT_EQ(caller_.services()->ExecMethod(Bstr(L"StdRegProv"), Bstr(L"GetStringValue"), 0, nullptr, in.Get(),
+                                           out.Out(), nullptr),
             S_OK);
   ASSERT_EQ(out->Get(L"sValue", 0, &value, nullptr, nullptr), S_OK);
   EXPECT_EQ(value.text(), TestFolder() + L"firmware.json");
@@ -209,10 +214,9 @@ TEST_F(Tables, TheSystemsOwnMethodsCanBeCalled) {
 }
 
 TEST_F(Tables, UnknownNamesGetTheSystemsAnswer) {
-  Caller caller;
-  EXPECT_EQ(caller.Connect(L"ROOT\\NoSuchNamespace"), static_cast<HRESULT>(WBEM_E_INVALID_NAMESPACE));
-  ASSERT_EQ(caller.Connect(L"ROOT\\WMI"), S_OK);
-  EXPECT_FALSE(caller.FirstRow(L"select * from ATD_STS"));
+  EXPECT_EQ(caller_.Connect(L"ROOT\\NoSuchNamespace"), static_cast<HRESULT>(WBEM_E_INVALID_NAMESPACE));
+  ASSERT_EQ(caller_.Connect(L"ROOT\\WMI"), S_OK);
+  EXPECT_FALSE(caller_.FirstRow(L"select * from ATD_STS"));
   EXPECT_THAT(Log(), Contains("query ROOT\\WMI flags=0x30 select * from ATD_STS -> passed on 0x00000000"));
 }
 
