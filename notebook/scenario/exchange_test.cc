@@ -136,7 +136,7 @@ TEST(Exchanges, ARulesCountThatRanFullStaysThere) {
   TestNotebook notebook(
       R"({ "rules": [ { "on": { "ec_command": "0xDD" }, "nth": 1, "then": { "driver_status": 5 } } ] })");
   notebook.notebook().rules[0].seen = std::numeric_limits<uint32_t>::max();
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(notebook.Register(1, 9).status, 0u);
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(notebook.Byte(1, 9), 0);
 }
 
 }  // namespace

@@ -19,15 +19,6 @@ namespace scenario {
 inline constexpr uint32_t kEcCode = 0x80102070;
 inline constexpr uint32_t kAcpiCode = 0x0022240C;
 
-struct EcAnswer {
-  uint32_t status;
-  int byte;
-  bool operator==(const EcAnswer&) const = default;
-};
-inline void PrintTo(const EcAnswer& answer, std::ostream* out) {
-  *out << "status " << answer.status << " byte " << answer.byte;
-}
-
 struct ControlAnswer {
   uint32_t status = 0;  // NTSTATUS
   std::vector<uint8_t> bytes;
@@ -77,49 +68,24 @@ class TestNotebook {
     return answer;
   }
 
-  ControlAnswer EcControl(uint8_t command, const std::vector<uint8_t>& data, bool read) {
-    std::vector<uint8_t> record(16);
-    record[0] = command;
-    record[1] = static_cast<uint8_t>(data.size());
-    for (size_t i = 0; i < data.size() && i < 8; ++i) record[2 + i] = data[i];
-    record[10] = read;
-    return Control(kEcCode, record, 16);
+  // A register of a group; -1 when it has no answer.
+  int Byte(uint8_t group, uint8_t offset) {
+    std::vector<uint8_t> record = {0xDD, 3, group, offset};
+    record.resize(16);
+    record[10] = 1;
+    const ControlAnswer answer = Control(kEcCode, record, 16);
+    return answer.bytes.size() == 16 && std::ranges::count(answer.bytes.begin() + 12, answer.bytes.end(), 0) == 4
+               ? answer.bytes[11]
+               : -1;
   }
-
-  EcAnswer Read(uint8_t command, const std::vector<uint8_t>& data) { return Ec(command, data, true); }
-  EcAnswer Write(uint8_t command, const std::vector<uint8_t>& data) { return Ec(command, data, false); }
-  EcAnswer Register(uint8_t group, uint8_t offset) { return Read(0xDD, {group, offset, 0}); }
-  EcAnswer Set(uint8_t group, uint8_t offset, uint8_t value) {
-    return Write(0xDD, {static_cast<uint8_t>(group | 0x80), offset, value});
-  }
-
   // Little-endian.
   int Word(uint8_t group, uint8_t offset) {
-    return Register(group, offset).byte + 256 * Register(group, static_cast<uint8_t>(offset + 1)).byte;
-  }
-
-  ControlAnswer Acpi(std::string_view method, const std::vector<uint32_t>& arguments,
-                     uint32_t output_length = 1024) {
-    std::vector<uint8_t> record(8 + 4 * arguments.size());
-    const auto length = static_cast<uint32_t>(4 * arguments.size());
-    std::memcpy(record.data(), method.data(), 4);
-    std::memcpy(record.data() + 4, &length, 4);
-    if (length != 0) std::memcpy(record.data() + 8, arguments.data(), length);
-    return Control(kAcpiCode, record, output_length, kDeviceAcpi);
+    return Byte(group, offset) + 256 * Byte(group, static_cast<uint8_t>(offset + 1));
   }
 
   Notebook& notebook() { return notebook_; }
 
  private:
-  EcAnswer Ec(uint8_t command, const std::vector<uint8_t>& data, bool read) {
-    const ControlAnswer answer = EcControl(command, data, read);
-    EXPECT_EQ(answer.status, 0u);
-    if (answer.bytes.size() != 16) return {0xFFFFFFFF, -1};
-    uint32_t status;
-    std::memcpy(&status, answer.bytes.data() + 12, 4);
-    return {status, answer.bytes[11]};
-  }
-
   std::vector<uint8_t> image_;
   Notebook notebook_{};
 };

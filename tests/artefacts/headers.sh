@@ -2,36 +2,24 @@
 # Every public header compiles alone, as C11 and as C++17, for both machines, without a warning.
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
+source "$ROOT/tests/support/checks.sh"
 
 readonly ZIG=${VEXA_ZIG:-$CACHE/zig-0.17.0/zig}
-passed=0
-failed=0
-object=$(mktemp)
-trap 'rm -f "$object"' EXIT
+
+# compiles HEADER TARGET LANGUAGE STANDARD
+compiles() {
+  printf '#include <vexa/%s>\n' "$1" | "$ZIG" cc -target "$2" -x "$3" "-std=$4" -Wall -Wextra -Wpedantic -Werror \
+    -I "$ROOT/include" -c -o "$work/object" -
+}
+# Nothing else may be included: a C program that has only a bare compiler must get by.
+includes_little() { ! grep -E '^ *#include <' "$1" | grep -v -E '<(stdint|stddef|wchar)\.h>'; }
 
 for header in "$ROOT"/include/vexa/*.h; do
+  name=${header##*/}
   for target in x86_64-windows-gnu aarch64-windows-gnu; do
-    for language in c:c11 c++:c++17; do
-      name="${header##*/} ${language#*:} $target"
-      if printf '#include <vexa/%s>\n' "${header##*/}" |
-        "$ZIG" cc -target "$target" -x "${language%:*}" "-std=${language#*:}" -Wall -Wextra -Wpedantic -Werror \
-          -I "$ROOT/include" -c -o "$object" -; then
-        echo "ok $name"
-        passed=$((passed + 1))
-      else
-        echo "FAIL $name"
-        failed=$((failed + 1))
-      fi
-    done
+    check "$name c11 $target" compiles "$name" "$target" c c11
+    check "$name c++17 $target" compiles "$name" "$target" c++ c++17
   done
-  # Nothing but these may be included: a C program that has only a bare compiler must get by.
-  if grep -E '^ *#include <' "$header" | grep -v -E '<(stdint|stddef|wchar)\.h>'; then
-    echo "FAIL ${header##*/} includes"
-    failed=$((failed + 1))
-  else
-    passed=$((passed + 1))
-  fi
+  check "$name includes" includes_little "$header"
 done
-
-echo "$passed passed, $failed failed"
-[ "$failed" = 0 ]
+end_checks

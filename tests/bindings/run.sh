@@ -4,37 +4,15 @@
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
 source "$ROOT/tools/notebook.sh"
+source "$ROOT/tests/support/checks.sh"
 
 readonly ZIG=${VEXA_ZIG:-$CACHE/zig-0.17.0/zig}
 use_machine x64
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-passed=0
-failed=0
-
-check() {  # check NAME COMMAND...
-  local name=$1
+wine() {  # wine EXPECTED_CODE PROGRAM ARGUMENTS...
+  local expected=$1
   shift
-  if "$@" >"$work/log" 2>&1; then
-    echo "ok $name"
-    passed=$((passed + 1))
-  else
-    echo "FAIL $name"
-    failed=$((failed + 1))
-    tail -n 15 "$work/log" "$work/out" "$work/err" 2>/dev/null
-  fi
+  run_program "$expected" "$WINE" "$@"
 }
-
-# wine EXPECTED_CODE PROGRAM ARGUMENTS...: output in out.
-wine() {
-  local expected=$1 code=0
-  shift
-  timeout --kill-after=10 100 "$WINE" "$@" </dev/null >"$work/out" 2>"$work/err" || code=$?
-  tr -d '\r' <"$work/out" >"$work/plain"
-  [ "$code" = "$expected" ] || { echo "exit code $code, not $expected"; return 1; }
-}
-
-says() { grep -q -x -F "$1" "$work/plain"; }
 
 start_prefix
 install_scenario "$ROOT/notebook/scenarios/healthy-x64.json"
@@ -47,7 +25,7 @@ compile=(-target x86_64-windows-gnu -Wall -Wextra -Werror -I "$package/include")
 
 check "C" "$ZIG" cc "${compile[@]}" -o "$folder/c.exe" "$package/samples/c/battery.c" "$package/lib/VexaWinIO64.lib"
 check "C runs" wine 0 "$folder/c.exe"
-check "C says the charge" says "84 %"
+check "C says the charge" printed "84 %"
 
 through_pkg_config() {
   local flags
@@ -57,7 +35,7 @@ through_pkg_config() {
 }
 check "pkg-config" through_pkg_config
 check "pkg-config's program runs" wine 0 "$folder/c.exe"
-check "pkg-config's program says the charge" says "84 %"
+check "pkg-config's program says the charge" printed "84 %"
 
 consumer() {
   cmake -G Ninja -B "$work/consumer" -S "$package/samples/consumer" -DVexaWinIO64_DIR="$package/lib/cmake/VexaWinIO64" \
@@ -65,7 +43,7 @@ consumer() {
 }
 check "CMake project" consumer
 check "CMake project runs" wine 0 "$folder/consumer.exe"
-check "CMake project says the charge" says "84 %"
+check "CMake project says the charge" printed "84 %"
 
 other_linker() {
   "$ZIG" cc "${compile[@]}" -ffreestanding -O1 -fno-stack-protector -c -o "$work/other.obj" "$package/samples/c/no_runtime.c" &&
@@ -79,8 +57,8 @@ check "lld-link's program ends with the charge" wine 84 "$folder/other.exe"
 facts=("charge: 84 %" "manufacturer: VEXA")
 check "C++" "$ZIG" c++ "${compile[@]}" -std=c++23 -o "$folder/cpp.exe" "$package/samples/cpp/battery.cc"
 check "C++ runs" wine 0 "$folder/cpp.exe" 'C:\Vexa\VexaWinIO64.dll'
-check "C++ says the charge" says "${facts[0]}"
-grep -v -i -E '^fully charged' "$work/plain" >"$work/expected" || true
+check "C++ says the charge" printed "${facts[0]}"
+grep -v -i -E '^fully charged' "$work/out" >"$work/expected" || true
 check "C++ refuses a relative path" wine 1 "$folder/cpp.exe" VexaWinIO64.dll
 
 rust=(rustc --target x86_64-pc-windows-gnu --edition 2021 -O -D warnings)
@@ -89,7 +67,7 @@ check "Rust binding" "${rust[@]}" --crate-type rlib --crate-name vexawinio -o "$
 check "Rust" "${rust[@]}" --extern "vexawinio=$work/libvexawinio.rlib" -C "linker=$ROOT/tools/zig-link" -C panic=abort \
   -o "$folder/rust.exe" "$package/samples/rust/battery.rs"
 check "Rust runs" wine 0 "$folder/rust.exe" 'C:\Vexa\VexaWinIO64.dll'
-same_facts() { diff "$work/expected" <(grep -v -i '^fully charged\|^application' "$work/plain"); }
+same_facts() { diff "$work/expected" <(grep -v -i '^fully charged\|^application' "$work/out"); }
 check "Rust says what C++ says" same_facts
 
 dotnet=$CACHE/dotnet-windows-3.1.23/dotnet.exe
@@ -112,14 +90,12 @@ python_runs() {  # python_runs SCRIPT ARGUMENTS...
     "$(windows_path "$package/bindings/python")" "$home" "$(windows_path "$script")" "$*" >"$folder/python.bat"
   rm -f "$folder/python.txt"
   wine 0 cmd /c 'C:\Vexa\python.bat'
-  cp "$folder/python.txt" "$work/out"
-  tr -d '\r' <"$work/out" >"$work/plain"
+  tr -d '\r' <"$folder/python.txt" >"$work/out"
 }
 check "Python samples" python_runs "$package/samples/python/sampling.py" 'C:\Vexa\VexaWinIO64.dll' 0.1 3
-check "Python's samples are right" python3 "$ROOT/tests/bindings/check_samples.py" "$work/plain" 3
+check "Python's samples are right" python3 "$ROOT/tests/bindings/check_samples.py" "$work/out" 3
 check "Python calls every export" python_runs "$ROOT/tests/bindings/every_export.py" 'C:\Vexa\VexaWinIO64.dll'
-check "Python finds nothing wrong" says "every export answered"
+check "Python finds nothing wrong" printed "every export answered"
 
 rm -f "$folder"/{c,consumer,other,cpp,rust}.exe "$folder"/Battery.* "$folder"/python.*
-echo "$passed passed, $failed failed"
-[ "$failed" = 0 ]
+end_checks

@@ -43,7 +43,7 @@ TEST_F(Changes, ExchangesArriveAsTheyWereMade) {
 TEST_F(Changes, NothingArrivesBeforeInitializeAndAfterTheLastShutdown) {
   const auto expect_refusals = [this] {
     for (const char* name : {"ReadVersion", "ReadVendorType", "SafetyStatus"}) {
-      EXPECT_EQ(library_.Number((std::string("BatteryHealthyTable_") + name).c_str()), VEXA_NO_ANSWER) << name;
+      EXPECT_EQ(library_.Number(std::string("BatteryHealthyTable_") + name), VEXA_NO_ANSWER) << name;
     }
     EXPECT_EQ(library_.Number("BatteryHealthyTable_CycleCount"), VEXA_NOT_AVAILABLE);
     EXPECT_EQ(library_.Number("BatteryHealthyTable_Rsoc"), 0u);

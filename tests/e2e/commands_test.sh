@@ -3,6 +3,7 @@
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
 source "$ROOT/tools/notebook.sh"
+source "$ROOT/tests/support/checks.sh"
 
 use_machine x64
 "$ROOT/tools/setup.sh" checks
@@ -12,32 +13,11 @@ install_product "$ROOT/build/x64/VexaWinIO64.dll" "$ROOT/build/x64/vexahealth.ex
 install_firmware
 install_scenario "$ROOT/notebook/scenarios/healthy-x64.json"
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-passed=0
-failed=0
-
-check() {  # check NAME COMMAND...
-  local name=$1
+client() {  # client EXPECTED_CODE ARGUMENTS...
+  local expected=$1
   shift
-  if "$@"; then
-    echo "ok $name"
-    passed=$((passed + 1))
-  else
-    echo "FAIL $name"
-    failed=$((failed + 1))
-    tail -n 5 "$work/out"
-  fi
+  run_program "$expected" "$WINE" "$WINEPREFIX/drive_c/Vexa/vexahealth.exe" "$@"
 }
-
-# client EXPECTED_CODE ARGUMENTS...: output in out.
-client() {
-  local expected=$1 code=0
-  shift
-  timeout 60 "$WINE" "$WINEPREFIX/drive_c/Vexa/vexahealth.exe" "$@" </dev/null >"$work/out" 2>"$work/err" || code=$?
-  [ "$code" = "$expected" ] || { echo "exit code $code, not $expected"; return 1; }
-}
-
 lines() { [ "$(grep -c -E "$1" "$work/out")" = "$2" ]; }
 
 # Watching.
@@ -103,5 +83,4 @@ done
 check "powershell: script" script powershell
 check "powershell: has every key" grep -q -F 'adapter.pdo.5.max_voltage' "$work/completion.powershell"
 
-echo "$passed passed, $failed failed"
-[ "$failed" = 0 ]
+end_checks

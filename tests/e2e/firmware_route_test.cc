@@ -61,7 +61,7 @@ class FirmwareRoute : public testing::Test {
 
   // A firmware with these rules.
   void UseRules(const std::string& rules) { scenario_.Use(kFirmware + rules + "]}}"); }
-  uint32_t Read() const { return static_cast<uint32_t>(library_.Export("WOA_EC_read", &WOA_EC_read)(11, 1)); }
+  uint32_t Read() const { return static_cast<uint32_t>(library_.Export<decltype(WOA_EC_read)>("WOA_EC_read")(11, 1)); }
 
   const ArchValue arch_{L"ARM64"};
   const ScenarioFile scenario_{L"Firmware", L"firmware-route-test.json"};
@@ -74,13 +74,14 @@ TEST_F(FirmwareRoute, ReadsAndWrites) {
   EXPECT_EQ(library_.Number("BatteryHealthyTable_Rsoc"), 84u);
   EXPECT_EQ(library_.Number("BatteryHealthyTable_Current"), 0xFFFFFF38u);
   char name[VEXA_MANUFACTURE_NAME_CAPACITY];
-  EXPECT_EQ(library_.Export("BatteryHealthyTable_ManufactureName", &BatteryHealthyTable_ManufactureName)(name), 1u);
+  EXPECT_EQ(library_.Export<decltype(BatteryHealthyTable_ManufactureName)>("BatteryHealthyTable_ManufactureName")(name),
+            1u);
   EXPECT_STREQ(name, "CELLCO");
-  EXPECT_EQ(library_.Export("WOA_EC_write", &WOA_EC_write)(11, 1, 3), 1u);
+  EXPECT_EQ(library_.Export<decltype(WOA_EC_write)>("WOA_EC_write")(11, 1, 3), 1u);
   EXPECT_EQ(Read(), 3u);
-  EXPECT_EQ(library_.Export("WMICheckBatteryHealthSupport", &WMICheckBatteryHealthSupport)(1), 1u);
-  EXPECT_EQ(library_.Export("WMISetBatteryHealth", &WMISetBatteryHealth)(80, 1), 1u);
-  EXPECT_EQ(library_.Export("WMISetBatteryHealth", &WMISetBatteryHealth)(70, 1), 0u);
+  EXPECT_EQ(library_.Export<decltype(WMICheckBatteryHealthSupport)>("WMICheckBatteryHealthSupport")(1), 1u);
+  EXPECT_EQ(library_.Export<decltype(WMISetBatteryHealth)>("WMISetBatteryHealth")(80, 1), 1u);
+  EXPECT_EQ(library_.Export<decltype(WMISetBatteryHealth)>("WMISetBatteryHealth")(70, 1), 0u);
 }
 
 // The real times: a connection that is slow and a query that hangs, and at the same time 19 connections that hang.

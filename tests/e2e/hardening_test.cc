@@ -75,7 +75,7 @@ void UseOptionalLibraries(HMODULE library) {
 // of that path, "load NAME" loads a library of any place.
 int PlayChild(const std::string& role, const char* argument) {
   if (role == "load") return LoadLibraryA(argument) == nullptr ? 1 : 0;
-  const HMODULE library = role == "use" ? LoadLibraryA(argument) : LoadLibraryW(kLibrary);
+  const HMODULE library = role == "use" ? LoadLibraryA(argument) : LoadLibraryW(kLibraryFile);
   if (library == nullptr) return 1;
   if (role == "canary") return static_cast<int>(Canary(library));
   if (role == "use") {
@@ -173,7 +173,7 @@ class Planting : public Radios {
   static fs::path Host() { return fs::path(kRoot) / L"host"; }
   static fs::path Log() { return fs::path(kRoot) / L"loaded.txt"; }
   static fs::path HostProgram() { return Host() / L"host.exe"; }
-  static void InstallLibrary() { fs::copy_file(kLibrary, Host() / L"VexaWinIO64.dll"); }
+  static void InstallLibrary() { fs::copy_file(kLibraryFile, Host() / L"VexaWinIO64.dll"); }
   // In the working folder with the decoys.
   static DWORD UseLibrary() {
     return RunChild(HostProgram(), L"\"--role=use\" " + (Host() / L"VexaWinIO64.dll").wstring(), Work().c_str());

@@ -39,20 +39,20 @@ class InventoryOnNotebook : public testing::Test {
   std::string Ask(const std::string& row) const {
     const std::string name = row.substr(0, row.find(':')), kind = row.substr(name.size());
     EXPECT_NE(GetProcAddress(library_.module(), name.c_str()), nullptr) << name;
-    if (kind == ":number") return std::to_string(library_.Export(name, &WMIGetCPUUsg)(kCom));
+    if (kind == ":number") return std::to_string(library_.Export<decltype(WMIGetCPUUsg)>(name)(kCom));
     wchar_t text[VEXA_INVENTORY_CAPACITY], second[VEXA_INVENTORY_CAPACITY];
     if (kind == ":two") {
-      library_.Export(name, &WMIGetSSDUsage)(text, second, kCom);
+      library_.Export<decltype(WMIGetSSDUsage)>(name)(text, second, kCom);
       return Utf8(text) + "|" + Utf8(second);
     }
     if (kind == ":allocated") {
       wchar_t* allocated = nullptr;
-      EXPECT_EQ(library_.Export(name, &WMIGetWiFiCardName)(&allocated, kCom), std::wcslen(allocated));
+      EXPECT_EQ(library_.Export<decltype(WMIGetWiFiCardName)>(name)(&allocated, kCom), std::wcslen(allocated));
       const std::string answer = Utf8(allocated);
       CoTaskMemFree(allocated);
       return answer.empty() ? "empty" : answer;
     }
-    EXPECT_EQ(library_.Export(name, &WMIGetSN)(text, kCom), std::wcslen(text)) << name;
+    EXPECT_EQ(library_.Export<decltype(WMIGetSN)>(name)(text, kCom), std::wcslen(text)) << name;
     return *text == L'\0' ? "empty" : Utf8(text);
   }
 
@@ -80,7 +80,7 @@ TEST_F(InventoryOnNotebook, OfEveryScenario) {
 
 TEST_F(InventoryOnNotebook, RatesOfTheAdapterThatTheWiFiStateNames) {
   wchar_t card[VEXA_WIFI_CARD_NAME_CAPACITY];
-  ASSERT_EQ(library_.Export("RF_WiFiCardName", &RF_WiFiCardName)(card), 0u);
+  ASSERT_EQ(library_.Export<decltype(RF_WiFiCardName)>("RF_WiFiCardName")(card), 0u);
   std::string counted = Utf8(card);
   for (char& c : counted) c = c == '(' ? '[' : c == ')' ? ']' : c == '#' || c == '/' || c == '\\' ? '_' : c;
   scenario_.Use(R"({"firmware": {"tables": [{"namespace": "ROOT\\CIMV2",
@@ -109,7 +109,7 @@ TEST_F(InventoryOnNotebook, ClassesOfTheSystemItself) {
     EXPECT_NE(answers.at(whole), "empty") << name;
     // A null buffer gets the length alone.
     if (whole != "WMIGetMemInfo") continue;
-    EXPECT_EQ(library_.Export(whole, &WMIGetSN)(nullptr, kCom), answers.at(whole).size());
+    EXPECT_EQ(library_.Export<decltype(WMIGetSN)>(whole)(nullptr, kCom), answers.at(whole).size());
   }
   EXPECT_NE(answers.at("WMIGetMemFrequency"), "-1");
   SYSTEM_INFO system;

@@ -1,77 +1,47 @@
-// The shipped library, loaded from its file the way a caller loads it.
+// The shipped library with the exports that tests of the driver's route call.
 #ifndef VEXA_TESTS_E2E_LIBRARY_H_
 #define VEXA_TESTS_E2E_LIBRARY_H_
 
-#include <windows.h>
-
-#include <cstdint>
-#include <string>
-
-#include "vexa/vexa.h"
+#include "tests/e2e/loaded.h"
 
 namespace vexa::test {
 
-// Where the scripts put the program, the library and the driver.
-inline constexpr wchar_t kFolder[] = L"C:\\Vexa";
-inline constexpr wchar_t kLibraryFile[] = L"C:\\Vexa\\VexaWinIO64.dll";
 inline constexpr wchar_t kDriverFile[] = L"C:\\Vexa\\VexaSAIO.sys";
 
-class Library {
+class Library : public Loaded {
  public:
-  // Ends the program when the file can't be loaded: nothing could be tested.
-  explicit Library(const wchar_t* file = kLibraryFile);
-  ~Library() { Free(); }
-
-  Library(const Library&) = delete;
-  Library& operator=(const Library&) = delete;
-
-  HMODULE module() const { return module_; }
-  // FreeLibrary; false when the library stays loaded.
-  bool Free();
-
-  // An export that takes nothing and answers a number.
-  uint32_t Number(const char* name) const;
+  using Loaded::Loaded;
+  using Loaded::Text;
   // A battery export that fills a buffer.
-  uint32_t Text(const char* name, char* text) const;
+  uint32_t Text(const std::string& name, char* text) const {
+    return Export<decltype(::BatteryHealthyTable_DeviceName)>(name)(text);
+  }
 
- private:
-  // Becomes a pointer of the type that the header declares.
-  struct Export {
-    template <typename Function>
-    operator Function*() const {
-      return reinterpret_cast<Function*>(address);
-    }
-    FARPROC address;
-  };
-  Export Find(const char* name) const;
-
-  HMODULE module_;
-
- public:
-  decltype(&::InitializeWinIo) InitializeWinIo = Find("InitializeWinIo");
-  decltype(&::ShutdownWinIo) ShutdownWinIo = Find("ShutdownWinIo");
-  decltype(&::StopWinIoDriver) StopWinIoDriver = Find("StopWinIoDriver");
-  decltype(&::GetDriverVersion) GetDriverVersion = Find("GetDriverVersion");
-  decltype(&::GetRefCount) GetRefCount = Find("GetRefCount");
-  decltype(&::GetIoDllVersion) GetIoDllVersion = Find("GetIoDllVersion");
-  decltype(&::wmiadd) wmiadd = Find("wmiadd");
-  decltype(&::TraceOutput) TraceOutput = Find("TraceOutput");
-  decltype(&::TraceOutputCritical) TraceOutputCritical = Find("TraceOutputCritical");
-  decltype(&::BatteryHealthyTable_BatteryInformation) BatteryHealthyTable_BatteryInformation =
-      Find("BatteryHealthyTable_BatteryInformation");
-  decltype(&::Adapter_Read_PDO) Adapter_Read_PDO = Find("Adapter_Read_PDO");
-  decltype(&::Adapter_Read_PD_IC_PN) Adapter_Read_PD_IC_PN = Find("Adapter_Read_PD_IC_PN");
-  decltype(&::Adapter_Set_Notify_Control) Adapter_Set_Notify_Control = Find("Adapter_Set_Notify_Control");
-  decltype(&::HealthyTable_Read_Fan) HealthyTable_Read_Fan = Find("HealthyTable_Read_Fan");
-  decltype(&::HealthyTable_SetFanIndex) HealthyTable_SetFanIndex = Find("HealthyTable_SetFanIndex");
-  decltype(&::HealthyTable_SetFanPwmDuty) HealthyTable_SetFanPwmDuty = Find("HealthyTable_SetFanPwmDuty");
-  decltype(&::HealthyTable_SetFanTestMode) HealthyTable_SetFanTestMode = Find("HealthyTable_SetFanTestMode");
-  decltype(&::Quillo_Read_Fan) Quillo_Read_Fan = Find("Quillo_Read_Fan");
-  decltype(&::System_Read_VolumeLevel) System_Read_VolumeLevel = Find("System_Read_VolumeLevel");
-  decltype(&::System_Read_LocalTime) System_Read_LocalTime = Find("System_Read_LocalTime");
-  decltype(&::GetUWPVersion) GetUWPVersion = Find("GetUWPVersion");
-  decltype(&::GetInfVersion) GetInfVersion = Find("GetInfVersion");
-  decltype(&::Power_Set_Monitor_PowerDropped) Power_Set_Monitor_PowerDropped = Find("Power_Set_Monitor_PowerDropped");
+#define VEXA_EXPORT(name) decltype(&::name) name = Export<decltype(::name)>(#name)
+  VEXA_EXPORT(InitializeWinIo);
+  VEXA_EXPORT(ShutdownWinIo);
+  VEXA_EXPORT(StopWinIoDriver);
+  VEXA_EXPORT(GetDriverVersion);
+  VEXA_EXPORT(GetRefCount);
+  VEXA_EXPORT(GetIoDllVersion);
+  VEXA_EXPORT(wmiadd);
+  VEXA_EXPORT(TraceOutput);
+  VEXA_EXPORT(TraceOutputCritical);
+  VEXA_EXPORT(BatteryHealthyTable_BatteryInformation);
+  VEXA_EXPORT(Adapter_Read_PDO);
+  VEXA_EXPORT(Adapter_Read_PD_IC_PN);
+  VEXA_EXPORT(Adapter_Set_Notify_Control);
+  VEXA_EXPORT(HealthyTable_Read_Fan);
+  VEXA_EXPORT(HealthyTable_SetFanIndex);
+  VEXA_EXPORT(HealthyTable_SetFanPwmDuty);
+  VEXA_EXPORT(HealthyTable_SetFanTestMode);
+  VEXA_EXPORT(Quillo_Read_Fan);
+  VEXA_EXPORT(System_Read_VolumeLevel);
+  VEXA_EXPORT(System_Read_LocalTime);
+  VEXA_EXPORT(GetUWPVersion);
+  VEXA_EXPORT(GetInfVersion);
+  VEXA_EXPORT(Power_Set_Monitor_PowerDropped);
+#undef VEXA_EXPORT
 };
 
 // A library that is ready while this lives, if it can be.

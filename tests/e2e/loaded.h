@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -15,7 +16,8 @@
 
 namespace vexa::test {
 
-inline constexpr wchar_t kLibrary[] = L"C:\\Vexa\\VexaWinIO64.dll";
+// Where the scripts put it.
+inline constexpr wchar_t kLibraryFile[] = L"C:\\Vexa\\VexaWinIO64.dll";
 
 inline std::wstring TempFile(const wchar_t* name) {
   wchar_t folder[MAX_PATH];
@@ -56,8 +58,8 @@ class ScenarioFile {
 // The library, loaded anew: its snapshots are empty.
 class Loaded {
  public:
-  Loaded()
-      : module_(LoadLibraryExW(kLibrary, nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32)) {
+  explicit Loaded(const wchar_t* file = kLibraryFile)
+      : module_(LoadLibraryExW(file, nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32)) {
     if (module_ == nullptr) ADD_FAILURE() << "the library can't be loaded: " << GetLastError();
   }
   ~Loaded() {
@@ -67,9 +69,10 @@ class Loaded {
   Loaded(const Loaded&) = delete;
   Loaded& operator=(const Loaded&) = delete;
 
-  // A call that hangs keeps it; what was freed may be freed again.
-  void Free() {
+  // False when the library stays: a call that hangs keeps it.
+  bool Free() {
     if (module_ != nullptr) FreeLibrary(std::exchange(module_, nullptr));
+    return !IsLoaded();
   }
   static bool IsLoaded() { return GetModuleHandleW(L"VexaWinIO64.dll") != nullptr; }
   static bool WaitUntilUnloaded() {
@@ -79,11 +82,16 @@ class Loaded {
 
   HMODULE module() const { return module_; }
   template <typename Function>
-  Function* Export(const std::string& name, Function*) const {
-    return reinterpret_cast<Function*>(GetProcAddress(module_, name.c_str()));
+  Function* Export(const std::string& name) const {
+    const FARPROC address = GetProcAddress(module_, name.c_str());
+    if (address == nullptr) {
+      std::fprintf(stderr, "%s is not exported\n", name.c_str());
+      std::abort();
+    }
+    return reinterpret_cast<Function*>(address);
   }
-  uint32_t Number(const char* name) const { return Export(name, &RF_BTIsUsed)(); }
-  std::string Text(const char* name) const { return Export(name, &RF_BTConnectedType)().text; }
+  uint32_t Number(const std::string& name) const { return Export<decltype(RF_BTIsUsed)>(name)(); }
+  std::string Text(const std::string& name) const { return Export<decltype(RF_BTConnectedType)>(name)().text; }
 
  private:
   HMODULE module_;

@@ -126,7 +126,7 @@ TEST_F(Radios, UsbDevicesOfTheSystemWithoutItsHubs) {
   EXPECT_EQ(library.Number("RF_USB_A_Num"), 0u);
   EXPECT_EQ(library.Number("RF_USBIsTranster"), 1u);
   EXPECT_EQ(library.Number("RF_USBHDMIIsUsed"), 1u);
-  EXPECT_EQ(library.Export("RF_USBISTYPEC", &RF_USBISTYPEC)(kStick), 0u);
+  EXPECT_EQ(library.Export<decltype(RF_USBISTYPEC)>("RF_USBISTYPEC")(kStick), 0u);
 }
 
 // ---- Wi-Fi ----
@@ -192,10 +192,10 @@ TEST_F(WifiRadios, WholePictureOfOneCollection) {
   const Loaded library;
   EXPECT_EQ(Picture(library), kWhole);
   wchar_t name[VEXA_WIFI_CARD_NAME_CAPACITY];
-  EXPECT_EQ(library.Export("RF_WiFiCardName", &RF_WiFiCardName)(name), 0u);
+  EXPECT_EQ(library.Export<decltype(RF_WiFiCardName)>("RF_WiFiCardName")(name), 0u);
   EXPECT_TRUE(std::wstring(name) == L"W\xD800\xDC00\xDC00");
   char mac[VEXA_WIFI_AP_MAC_CAPACITY];
-  library.Export("RF_AP_MAC", &RF_AP_MAC)(mac);
+  library.Export<decltype(RF_AP_MAC)>("RF_AP_MAC")(mac);
   EXPECT_STREQ(mac, "06:1B:7C");
   EXPECT_EQ(library.Text("RF_WiFi_2_4G_AP_Ch_Num"), R"({"ch1":"1","ch11":"0","ch6":"0","others":"1"})");
   EXPECT_EQ(library.Text("RF_WiFi_5G_AP_Band_Num"), R"({"band1":"1","band2":"0","band3":"0","band4":"0"})");

@@ -28,7 +28,7 @@ void WINAPI CountedSecond(DWORD milliseconds) {
 
 std::string AnswerOfText(const Library& library, const std::string& name, size_t capacity) {
   const GuardedBuffer buffer(capacity);
-  const uint32_t answer = library.Text(name.c_str(), buffer.data());
+  const uint32_t answer = library.Text(name, buffer.data());
   EXPECT_TRUE(buffer.IsTerminated() && buffer.IsUntouchedAround()) << name;
   const std::string text(buffer.data(), strnlen(buffer.data(), capacity));
   if (answer == 0) EXPECT_EQ(text, "") << name;
@@ -60,7 +60,7 @@ std::string Answer(const Library& library, const std::string& name, const std::s
   }
   const uint32_t number = name == "(pauses of a second)" ? static_cast<uint32_t>(std::exchange(g_pauses, 0))
                           : name == "(told length)"      ? told_length
-                                                         : library.Number(name.c_str());
+                                                         : library.Number(name);
   if (expected.empty()) return "";
   const uint32_t wanted = expected == "fail"   ? VEXA_NO_ANSWER
                           : expected == "void" ? VEXA_NOT_AVAILABLE
@@ -133,7 +133,7 @@ TEST_F(Readings, OfAnswersThatAreCutAndFail) {
                                                            {"GaugeIC", VEXA_NO_ANSWER},
                                                            {"ACStatus", 0}};
   for (const auto& [name, answer] : kAnswers) {
-    EXPECT_EQ(library.Number((std::string("BatteryHealthyTable_") + name).c_str()), answer) << name;
+    EXPECT_EQ(library.Number(std::string("BatteryHealthyTable_") + name), answer) << name;
   }
   EXPECT_EQ(AnswerOfText(library, "BatteryHealthyTable_ManufactureName", 33), "-");
 }

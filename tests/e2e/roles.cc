@@ -65,7 +65,7 @@ int PlayPeer() {
       {"stop", [&](auto& option) { return library.StopWinIoDriver(number(option)); }},
       {"testmode", [&](auto& mode) { return library.HealthyTable_SetFanTestMode(number(mode)); }},
       {"fan", [&](auto& index) { return library.Quillo_Read_Fan(static_cast<int32_t>(number(index))); }},
-      {"number", [](auto& name) { return library.Number(name.c_str()); }},
+      {"number", [](auto& name) { return library.Number(name); }},
       {"hurry", [&](auto& ms) { return g_longest_ms = number(ms); }},
       {"take", [](auto&) { return TakeMutexOrGiveItBack(); }},
       {"release", [](auto&) { return TakeMutexOrGiveItBack(); }},

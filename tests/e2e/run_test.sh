@@ -2,36 +2,16 @@
 # ./run as a newcomer uses it, and what its client prints.
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
+source "$ROOT/tests/support/checks.sh"
 
 machine=$1
 option=()
 [ "$machine" = arm64 ] && option=(--arm64)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-passed=0
-failed=0
-
-check() {  # check NAME COMMAND...
-  local name=$1
+run() {  # run EXPECTED_CODE ARGUMENTS...
+  local expected=$1
   shift
-  if "$@"; then
-    echo "ok $name"
-    passed=$((passed + 1))
-  else
-    echo "FAIL $name"
-    failed=$((failed + 1))
-    tail -n 5 "$work/out" "$work/err"
-  fi
+  run_program "$expected" "$ROOT/run" "${option[@]}" "$@"
 }
-
-# run EXPECTED_CODE ARGUMENTS...: output in out and err.
-run() {
-  local expected=$1 code=0
-  shift
-  "$ROOT/run" "${option[@]}" "$@" >"$work/out" 2>"$work/err" || code=$?
-  [ "$code" = "$expected" ] || { echo "exit code $code, not $expected"; return 1; }
-}
-
 json() { python3 "$ROOT/tests/e2e/check_json.py" "$work/out" "$@"; }
 
 if [ "$machine" = x64 ]; then
@@ -90,5 +70,4 @@ check "a charge limit outside the set is refused" run 2 settings set charge-limi
 check "quiet fan is switched" run 0 settings set quiet-fan on
 check "settings are shown" run 0 settings
 
-echo "$passed passed, $failed failed"
-[ "$failed" = 0 ]
+end_checks

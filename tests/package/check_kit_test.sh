@@ -4,36 +4,15 @@
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
 source "$ROOT/tools/notebook.sh"
+source "$ROOT/tests/support/checks.sh"
 
 use_machine x64
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-passed=0
-failed=0
-
-check() {  # check NAME COMMAND...
-  local name=$1
+kit() {  # kit EXPECTED_CODE ARGUMENTS...: the report in report
+  local expected=$1
   shift
-  if "$@" >"$work/log" 2>&1; then
-    echo "ok $name"
-    passed=$((passed + 1))
-  else
-    echo "FAIL $name"
-    failed=$((failed + 1))
-    tail -n 15 "$work/log" "$work/out" "$kit/report.txt" 2>/dev/null
-  fi
-}
-
-# kit EXPECTED_CODE ARGUMENTS...: what it prints in out, the report in report.
-kit() {
-  local expected=$1 code=0
-  shift
-  timeout --kill-after=10 200 "$WINE" "$kit/check.exe" "$@" </dev/null >"$work/raw" 2>"$work/err" || code=$?
-  tr -d '\r' <"$work/raw" >"$work/out"
+  run_program "$expected" "$WINE" "$kit/check.exe" "$@" || return 1
   tr -d '\r' <"$kit/report.txt" >"$work/report" || true
-  [ "$code" = "$expected" ] || { echo "exit code $code, not $expected"; return 1; }
 }
-printed() { grep -q -x -F -- "$1" "$work/out"; }
 reported() { grep -q -x -F -- "$1" "$work/report"; }
 
 start_prefix
@@ -112,5 +91,4 @@ check "the collector's file" reported "vexahealth_up 1"
 check "the driver's service is there now" kit 0 end-to-end
 check "and is not replaced" grep -q -F "skip end-to-end: the service VexaSAIO is registered" "$work/out"
 rm -rf "$kit"
-echo "$passed passed, $failed failed"
-[ "$failed" = 0 ]
+end_checks
