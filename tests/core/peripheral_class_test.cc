@@ -77,5 +77,16 @@ TEST(Connection, BestHardwareInterfaceThatIsUp) {
   EXPECT_EQ(name({bluetooth}), "Unknow");
 }
 
+TEST(WifiIndex, AnInterfaceThatIsUpComesBeforeTheFirst) {
+  constexpr NetworkInterface kDown{.index = 3, .type = 71, .hardware = true};
+  constexpr NetworkInterface kUp{.index = 5, .type = 71, .hardware = true, .up = true};
+  constexpr NetworkInterface kOther{.index = 1, .type = 6, .hardware = true, .up = true};
+  constexpr NetworkInterface kVirtual{.index = 2, .type = 71, .up = true};
+  const auto index = [](std::vector<NetworkInterface> interfaces) { return WifiIndex(interfaces); };
+  EXPECT_EQ(index({kOther, kVirtual}), std::nullopt);
+  EXPECT_EQ(index({kOther, kVirtual, kDown, {.index = 4, .type = 71, .hardware = true}}), 3u);
+  EXPECT_EQ(index({kDown, kUp}), 5u);
+}
+
 }  // namespace
 }  // namespace vexa
