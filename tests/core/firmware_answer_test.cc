@@ -16,37 +16,13 @@ TEST(AnswerNumber, WholeNumbersOfThirtyOneBitsOnly) {
   EXPECT_EQ(AnswerNumber(L"255"), 255);
   EXPECT_EQ(AnswerNumber(L"2147483646"), 2147483646);
   EXPECT_EQ(AnswerNumber(L"2147483647"), 2147483647);
-  for (const wchar_t* text : {L"",
-                              L" ",
-                              L"-1",
-                              L"-0",
-                              L"2147483648",
-                              L"4294967295",
-                              L"4294967296",
-                              L"18446744073709551616",
-                              L"99999999999999999999999999",
-                              L"007",
-                              L"00",
-                              L"+1",
-                              L"1.0",
-                              L"1.5",
-                              L"1e3",
-                              L"1e999",
-                              L"0x10",
-                              L"abc",
-                              L"12abc",
-                              L"1 2",
-                              L"1,2",
-                              L"[1]",
-                              L"[",
-                              L"{\"a\":1}",
-                              L"\"12\"",
-                              L"\"",
-                              L"true",
-                              L"null",
-                              L"\x0661",
-                              L"1\x00e9",
-                              L"NaN"}) {
+  // clang-format off: side by side
+  for (const wchar_t* text : {
+           L"", L" ", L"-1", L"-0", L"2147483648", L"4294967295", L"4294967296", L"18446744073709551616",
+           L"99999999999999999999999999", L"007", L"00", L"+1", L"1.0", L"1.5", L"1e3", L"1e999", L"0x10", L"abc",
+           L"12abc", L"1 2", L"1,2", L"[1]", L"[", L"{\"a\":1}", L"\"12\"", L"\"", L"true", L"null", L"\x0661",
+           L"1\x00e9", L"NaN"}) {
+    // clang-format on
     EXPECT_EQ(AnswerNumber(text), std::nullopt) << testing::PrintToString(std::wstring(text));
   }
   // Half a character, and a nesting deeper than any stack.

@@ -77,22 +77,16 @@ TEST(BssList, CountsThatLie) {
 }
 
 TEST(BssList, OffsetsAndSizesThatLie) {
+  // clang-format off: side by side
   const struct {
     uint32_t offset, size;
     const char* elements;
-  } places[] = {{360, 3, "abc"},
-                {360, 4, "abc"},
-                {360, 0xFFFFFFFF, "abc"},
-                {361, 2, "bc"},
-                {363, 0, ""},
-                {363, 1, ""},
-                {364, 0, ""},
-                {364, 1, ""},
-                {0xFFFFFFFF, 1, ""},
-                {0xFFFFFFFF, 0xFFFFFFFF, ""},
-                {0xFFFFFF00, 0x200, ""},
-                {359, 3, ""},
-                {0, 3, ""}};
+  } places[] = {
+      {360, 3, "abc"}, {360, 4, "abc"}, {360, 0xFFFFFFFF, "abc"}, {361, 2, "bc"}, {363, 0, ""}, {363, 1, ""},
+      {364, 0, ""}, {364, 1, ""}, {0xFFFFFFFF, 1, ""}, {0xFFFFFFFF, 0xFFFFFFFF, ""}, {0xFFFFFF00, 0x200, ""},
+      {359, 3, ""}, {0, 3, ""},
+  };
+  // clang-format on
   for (const auto& place : places) {
     const auto bytes = List(1, {{"home", 4, kHome, -55, 2'412'000, place.offset, place.size}}, "abc");
     EXPECT_EQ(Text(BssList(bytes)[0].elements), place.elements) << place.offset << " " << place.size;

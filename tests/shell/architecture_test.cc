@@ -108,61 +108,48 @@ TEST_F(Architecture, FailingDetectionAsksTheInventory) {
 }
 
 TEST_F(Architecture, OnlyTheExactTextIsArm64) {
-  DetectAs(0xAA64);
-  for (const wchar_t* text : {L"arm64", L"ARM64 ", L" ARM64", L"ARM6", L"ARM64X", L"Arm64", L"x64", L""}) {
-    const ArchValue value(text);
-    EXPECT_FALSE(IsArchitectureARM64()) << Narrow(text);
-    EXPECT_EQ(Stored(), text + std::wstring(1, L'\0'));
-  }
-  const ArchValue value(L"ARM64");
-  EXPECT_TRUE(IsArchitectureARM64());
-  EXPECT_EQ(g_detections, 0);
-  EXPECT_THAT(Lines(), IsEmpty());
-}
-
-TEST_F(Architecture, ValueOfAnotherTypeIsReplaced) {
   const DWORD number = 1;
+  const std::wstring long_text = L"ARM64" + std::wstring(200, L'A');
   const struct {
     DWORD type;
     const void* bytes;
     size_t size;
-  } values[] = {{REG_DWORD, &number, 4},
-                {REG_EXPAND_SZ, L"ARM64", 12},
-                {REG_BINARY, L"ARM64", 12},
-                {REG_MULTI_SZ, L"ARM64\0", 14}};
+    bool is_arm64;  // where the system says x64
+    bool replaced;
+  } values[] = {
+      {REG_SZ, L"ARM64", 12, true, false},
+      {REG_SZ, L"arm64", 12, false, false},
+      {REG_SZ, L"ARM64 ", 14, false, false},
+      {REG_SZ, L" ARM64", 14, false, false},
+      {REG_SZ, L"ARM6", 10, false, false},
+      {REG_SZ, L"ARM64X", 14, false, false},
+      {REG_SZ, L"", 2, false, false},
+      // A text ends at its first zero, or without one.
+      {REG_SZ, L"ARM64\0junk", 22, true, false},
+      {REG_SZ, L"x64\0ARM64", 20, false, false},
+      {REG_SZ, L"ARM64!", 10, true, false},
+      {REG_SZ, L"ARM64!", 8, false, false},
+      // Longer than what is read: it can't be "ARM64", and it is nobody's to replace.
+      {REG_SZ, long_text.c_str(), 412, false, false},
+      // The text of the read error counts as missing, and so does a value of another type.
+      {REG_SZ, L"ERROR_READREG", 28, false, true},
+      {REG_DWORD, &number, 4, false, true},
+      {REG_EXPAND_SZ, L"ARM64", 12, false, true},
+      {REG_BINARY, L"ARM64", 12, false, true},
+      {REG_MULTI_SZ, L"ARM64\0", 14, false, true},
+  };
   for (const auto& value : values) {
+    SCOPED_TRACE(testing::Message() << "type " << value.type << ", " << value.size << " bytes");
     StoreBytes(value.type, value.bytes, value.size);
-    EXPECT_FALSE(IsArchitectureARM64()) << value.type;
-    EXPECT_THAT(Lines(), ElementsAre(kDetects));
+    g_detections = 0;
+    EXPECT_EQ(IsArchitectureARM64(), value.is_arm64);
+    EXPECT_EQ(g_detections, value.replaced ? 1 : 0);
+    EXPECT_EQ(Lines(), value.replaced ? Strings{kDetects} : Strings{});
     DWORD type = 0;
-    EXPECT_EQ(Stored(&type), kStoredX64);
-    EXPECT_EQ(type, static_cast<DWORD>(REG_SZ));
+    const std::wstring stored = Stored(&type);
+    EXPECT_EQ(stored == kStoredX64, value.replaced);
+    EXPECT_EQ(type, value.replaced ? DWORD{REG_SZ} : value.type);
   }
-}
-
-TEST_F(Architecture, TextEndsAtItsFirstZeroOrAtItsEnd) {
-  StoreBytes(REG_SZ, L"ARM64\0junk", 22);
-  EXPECT_TRUE(IsArchitectureARM64());
-  StoreBytes(REG_SZ, L"x64\0ARM64", 20);
-  EXPECT_FALSE(IsArchitectureARM64());
-  StoreBytes(REG_SZ, L"ARM64!", 10);  // without a terminator
-  EXPECT_TRUE(IsArchitectureARM64());
-  StoreBytes(REG_SZ, L"ARM64!", 8);
-  EXPECT_FALSE(IsArchitectureARM64());
-  // Longer than what is read: it can't be "ARM64", and it is nobody's to replace.
-  const std::wstring long_text = L"ARM64" + std::wstring(200, L'A');
-  StoreBytes(REG_SZ, long_text.c_str(), (long_text.size() + 1) * sizeof(wchar_t));
-  EXPECT_FALSE(IsArchitectureARM64());
-  EXPECT_EQ(Stored().size(), 206u);
-  EXPECT_EQ(g_detections, 0);
-}
-
-TEST_F(Architecture, TextOfTheReadErrorCountsAsMissing) {
-  ArchValue::Set(L"ERROR_READREG");
-  DetectAs(0xAA64);
-  EXPECT_TRUE(IsArchitectureARM64());
-  EXPECT_THAT(Lines(), ElementsAre(kDetects));
-  EXPECT_EQ(Stored(), kStoredArm64);
 }
 
 // Keys that can't be opened for reading, for writing, or made.

@@ -149,34 +149,35 @@ TEST_F(DriverConfig, EachFailingStepOfReadingThePath) {
   EXPECT_STREQ(path, L"untouched");
 }
 
-TEST_F(DriverConfig, ChangesThePathAlone) {
-  const auto change = [] { return ChangeDriverPath(L"\\??\\E:\\100%s\\VexaSAIO.sys"); };
-  CheckOpening(change);
-  EXPECT_EQ(change(), 1u);
-  EXPECT_EQ(script.Take().back(),
-            "ChangeServiceConfigW type ffffffff start ffffffff error ffffffff path \\??\\E:\\100%s\\VexaSAIO.sys "
-            "null null null null null null");
-  EXPECT_THAT(Lines(), ElementsAre("5 Successfully change binary path of service [VexaSAIO] to "
-                                   "[\\??\\E:\\100%s\\VexaSAIO.sys]. Error code=0x00000000"));
-  script.Fail("ChangeServiceConfigW", 1072);
-  EXPECT_EQ(change(), 0u);
-  EXPECT_THAT(Lines(), ElementsAre("1 ERROR: Failed to change binary path of service [VexaSAIO] to "
-                                   "[\\??\\E:\\100%s\\VexaSAIO.sys]. Error code=0x00000430"));
-}
-
-TEST_F(DriverConfig, ChangesTheStartTypeAlone) {
-  const auto change = [] { return ChangeDriverStartType(SERVICE_DISABLED); };
-  CheckOpening(change);
-  EXPECT_EQ(change(), 1u);
-  EXPECT_EQ(script.Take().back(),
-            "ChangeServiceConfigW type ffffffff start 4 error ffffffff path null null null null null null null");
-  // The wording of the path, for the start type too.
-  EXPECT_THAT(Lines(), ElementsAre("5 Successfully change binary path of service [VexaSAIO] to [4]. "
-                                   "Error code=0x00000000"));
-  script.Fail("ChangeServiceConfigW", 87);
-  EXPECT_EQ(change(), 0u);
-  EXPECT_THAT(Lines(), ElementsAre("1 ERROR: Failed to change start type of service [VexaSAIO] to [4]. "
-                                   "Error code=0x00000057"));
+TEST_F(DriverConfig, ChangesThePathOrTheStartTypeAlone) {
+  const struct {
+    uint32_t (*change)();
+    const char* call;
+    const char* success;  // Kept: the wording of the path, for the start type too
+    const char* failure;
+  } changes[] = {
+      {[] { return ChangeDriverPath(L"\\??\\E:\\100%s\\VexaSAIO.sys"); },
+       "ChangeServiceConfigW type ffffffff start ffffffff error ffffffff path \\??\\E:\\100%s\\VexaSAIO.sys "
+       "null null null null null null",
+       "5 Successfully change binary path of service [VexaSAIO] to [\\??\\E:\\100%s\\VexaSAIO.sys]. Error "
+       "code=0x00000000",
+       "1 ERROR: Failed to change binary path of service [VexaSAIO] to [\\??\\E:\\100%s\\VexaSAIO.sys]. "
+       "Error code=0x00000430"},
+      {[] { return ChangeDriverStartType(SERVICE_DISABLED); },
+       "ChangeServiceConfigW type ffffffff start 4 error ffffffff path null null null null null null null",
+       "5 Successfully change binary path of service [VexaSAIO] to [4]. Error code=0x00000000",
+       "1 ERROR: Failed to change start type of service [VexaSAIO] to [4]. Error code=0x00000430"},
+  };
+  for (const auto& one : changes) {
+    CheckOpening(one.change);
+    EXPECT_EQ(one.change(), 1u);
+    EXPECT_EQ(script.Take().back(), one.call);
+    EXPECT_THAT(Lines(), ElementsAre(one.success));
+    script.Fail("ChangeServiceConfigW", 1072, 1);
+    EXPECT_EQ(one.change(), 0u);
+    EXPECT_THAT(Lines(), ElementsAre(one.failure));
+    script.Take();
+  }
 }
 
 }  // namespace

@@ -76,24 +76,19 @@ TEST_F(EcRoute, WritingSendsThreeBytesAndReadsTheVersion) {
 }
 
 TEST_F(EcRoute, AnswersThatAreNoNumberOfThirtyOneBits) {
+  // clang-format off: side by side
   const struct {
     WmiValue value;
     const char* output;
     int32_t number;
   } answers[] = {
-      {Number(VT_I4, 0), "0", 0},
-      {Number(VT_UI1, 255), "255", 255},
-      {Number(VT_UI4, 0x7FFFFFFE), "2147483646", 2147483646},
-      {Number(VT_UI4, 0x7FFFFFFF), "2147483647", 2147483647},
-      {Number(VT_UI4, 0x80000000), "2147483648", 2147483647},
-      {Number(VT_I4, -1), "4294967295", 2147483647},
-      {Number(VT_I1, -1), "255", 255},
-      {Text(L"12"), "", 2147483647},
-      {Text(L"abc"), "", 2147483647},
-      {Text(L""), "", 2147483647},
-      {Real64(12.0), "", 2147483647},
-      {Number(VT_NULL, 0), "", 2147483647},
+      {Number(VT_I4, 0), "0", 0}, {Number(VT_UI1, 255), "255", 255},
+      {Number(VT_UI4, 0x7FFFFFFE), "2147483646", 2147483646}, {Number(VT_UI4, 0x7FFFFFFF), "2147483647", 2147483647},
+      {Number(VT_UI4, 0x80000000), "2147483648", 2147483647}, {Number(VT_I4, -1), "4294967295", 2147483647},
+      {Number(VT_I1, -1), "255", 255}, {Text(L"12"), "", 2147483647}, {Text(L"abc"), "", 2147483647},
+      {Text(L""), "", 2147483647}, {Real64(12.0), "", 2147483647}, {Number(VT_NULL, 0), "", 2147483647},
   };
+  // clang-format on
   for (const auto& answer : answers) {
     SCOPED_TRACE(answer.output);
     Answer(answer.value);
@@ -132,6 +127,7 @@ TEST_F(EcRoute, WithoutTheClass) {
 }
 
 TEST_F(EcRoute, TheFirmwaresVersionChoosesTheWriteRule) {
+  // Which versions are older is told of in core's tests.
   const struct {
     std::wstring version;
     bool older;
@@ -139,21 +135,8 @@ TEST_F(EcRoute, TheFirmwaresVersionChoosesTheWriteRule) {
   } versions[] = {
       {L"K7720MBT.360", true, "K7720MBT, version=360"},
       {L"K7720MBT.361", false, "K7720MBT, version=361"},
-      {L"K7720MBT.312", true, "K7720MBT, version=312"},
-      {L"K7720MBT.0", true, "K7720MBT, version=0"},
-      {L"K7720MB.312", true, "K7720MB, version=312"},
-      {L"K7720MB.313", false, "K7720MB, version=313"},
-      {L"K7720MB.360", false, "K7720MB, version=360"},
       {L"K7720MB.312.7", true, "K7720MB, version=312"},
-      {L"k7720mb.312", false, "k7720mb, version=312"},
-      {L"K7720.100", false, "K7720, version=100"},
-      {L"K7720MBTX.100", false, "K7720MBTX, version=100"},
       {L"K7720MB", false, "K7720MB, version="},
-      {L"K7720MB.", false, "K7720MB, version="},
-      {L"K7720MB..312", false, "K7720MB, version="},
-      {L"K7720MB.abc", false, "K7720MB, version=abc"},
-      {L"K7720MB.99999999999", false, "K7720MB, version=99999999999"},
-      {L".312", false, ", version=312"},
       {L"100%s.%n", false, "100%s, version=%n"},
       {L"", false, "-"},
       {L"K7720MB.312" + std::wstring(400, L'0'), false, "K7720MB, version=312" + std::string(288, '0')},

@@ -175,10 +175,9 @@ TEST_F(Identity, RevisionsOfTheEc) {
     const char* line;
     size_t exchanges;
   } cases[] = {
-      {0x80, '1', '2', 0x7FFF, "5 Vendor BYTE = 80", 3},  {0xFF, 'A', 'B', 0x4142, "5 Vendor BYTE = ff", 3},
-      {0x81, 'C', 'F', 0x4346, "5 Vendor BYTE = 81", 3},  {0x90, 'x', '1', 0x7831, "5 Vendor BYTE = 90", 3},
-      {0xC0, 'A', 0xFF, 0x41FF, "5 Vendor BYTE = c0", 3}, {0x7F, 'A', 'B', 65535, "5 Vendor BYTE = 7f", 1},
-      {0x00, 'A', 'B', 65535, "5 Vendor BYTE = 0", 1},
+      {0x80, '1', '2', 0x7FFF, "5 Vendor BYTE = 80", 3},
+      {0xFF, 'A', 'B', 0x4142, "5 Vendor BYTE = ff", 3},
+      {0x7F, 'A', 'B', 65535, "5 Vendor BYTE = 7f", 1},
   };
   for (const auto& one : cases) {
     Forget();

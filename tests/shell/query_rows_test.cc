@@ -55,22 +55,23 @@ TEST_F(QueryRows, OemStringsAreTheirFifthElementAlone) {
 }
 
 TEST_F(QueryRows, LastNumberWins) {
-  uint32_t value = 99;
-  Column(L"P", {Number(VT_I4, 1), Number(VT_UI4, 0xFFFFFFFF), Text(L"3200")});
-  EXPECT_EQ(ReadWMIProp(L"n", L"q", L"P", value, 1), 0);
-  EXPECT_EQ(value, 3200u);
-  Column(L"P", {Text(L"3200"), Number(VT_I4, -1), Number(VT_NULL, 0)});
-  EXPECT_EQ(ReadWMIProp(L"n", L"q", L"P", value, 1), 0);
-  EXPECT_EQ(value, 0xFFFFFFFFu);
-  Column(L"P", {Number(VT_UI1, 0)});
-  EXPECT_EQ(ReadWMIProp(L"n", L"q", L"P", value, 1), 0);
-  EXPECT_EQ(value, 0u);
-  Column(L"P", {Array(VT_I4, {Number(VT_I4, 10), Number(VT_I4, 3)})});
-  EXPECT_EQ(ReadWMIProp(L"n", L"q", L"P", value, 1), 0);
-  EXPECT_EQ(value, 10u);
-  Column(L"P", {Text(L"none"), Number(VT_NULL, 0), Real64(5)});
-  EXPECT_EQ(ReadWMIProp(L"n", L"q", L"P", value, 1), -1);
-  EXPECT_EQ(value, 0u);
+  const struct {
+    std::vector<WmiValue> values;
+    int32_t result;
+    uint32_t value;
+  } columns[] = {
+      {{Number(VT_I4, 1), Number(VT_UI4, 0xFFFFFFFF), Text(L"3200")}, 0, 3200},
+      {{Text(L"3200"), Number(VT_I4, -1), Number(VT_NULL, 0)}, 0, 0xFFFFFFFF},
+      {{Number(VT_UI1, 0)}, 0, 0},
+      {{Array(VT_I4, {Number(VT_I4, 10), Number(VT_I4, 3)})}, 0, 10},
+      {{Text(L"none"), Number(VT_NULL, 0), Real64(5)}, -1, 0},
+  };
+  for (const auto& column : columns) {
+    uint32_t value = 99;
+    Column(L"P", column.values);
+    EXPECT_EQ(ReadWMIProp(L"n", L"q", L"P", value, 1), column.result);
+    EXPECT_EQ(value, column.value);
+  }
 }
 
 TEST_F(QueryRows, ConvertedValuesAreJoinedWithCommasAndCounted) {

@@ -7,6 +7,8 @@
 #include <wbemidl.h>
 
 #include <cstring>
+#include <fstream>
+#include <iterator>
 
 #include "tests/support/wmi_test.h"
 #include "wmi/firmware_device.h"
@@ -89,20 +91,12 @@ class Settings : public WmiTest {
                     static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
   }
   void UseFolder() { Store(kAnalysisKey, kUser, folder_); }
-  void WriteFile(const wchar_t* name, const std::string& text) const {
-    const HANDLE file = CreateFileW((folder_ + name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    ::WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
-    CloseHandle(file);
+  void WriteFile(const std::string& name, const std::string& text) const {
+    std::ofstream(Folder() + name, std::ios::binary) << text;
   }
-  std::string ReadFile(const wchar_t* name) const {
-    const HANDLE file = CreateFileW((folder_ + name).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return "(none)";
-    char text[64];
-    DWORD size = 0;
-    ::ReadFile(file, text, sizeof text, &size, nullptr);
-    CloseHandle(file);
-    return {text, size};
+  std::string ReadFile(const std::string& name) const {
+    std::ifstream file(Folder() + name, std::ios::binary);
+    return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
   }
   // The lines of the settings, without those of WMI.
   static Strings SettingLines() { return LinesWithout({"[wmiMethod]", "[ReadWMIPropStr]"}); }
@@ -176,7 +170,7 @@ TEST_F(Settings, ChargeLimitIsSentUncheckedAndOnlyOneAccepts) {
     result_ = answer;
     EXPECT_EQ(WMISetBatteryHealth(80, 1), 0u);
   }
-  EXPECT_THAT(ReadFile(L"\\BatteryHealthSetting.txt"), "(none)");
+  EXPECT_THAT(ReadFile("\\BatteryHealthSetting.txt"), "(none)");
   // One that is not supported is not sent.
   sent_.clear();
   status_ = 65537;
@@ -220,7 +214,7 @@ TEST_F(Settings, ChargeLimitFile) {
   const std::string file = Folder() + "\\BatteryHealthSetting.txt";
   EXPECT_THAT(SettingLines(), ElementsAre("5 [WMISetBatteryHealthToUser] fname is " + file,
                                           "5 [WMISetBatteryHealthToUser] set 80 to " + file));
-  EXPECT_EQ(ReadFile(L"\\BatteryHealthSetting.txt"), "80");
+  EXPECT_EQ(ReadFile("\\BatteryHealthSetting.txt"), "80");
   EXPECT_EQ(WMIGetBatteryHealth(1), 80u);
   EXPECT_THAT(SettingLines(),
               ElementsAre("5 [WMIGetBatteryHealth] fname is " + file, "5 [WMIGetBatteryHealth] BatteryHealth is 80"));
@@ -233,7 +227,7 @@ TEST_F(Settings, ChargeLimitFile) {
     uint32_t limit;
   } files[] = {{"", 100}, {"none", 100}, {" 80\r\n60", 80}, {"99999999999", 100}};
   for (const auto& test : files) {
-    WriteFile(L"\\BatteryHealthSetting.txt", test.text);
+    WriteFile("\\BatteryHealthSetting.txt", test.text);
     EXPECT_EQ(WMIGetBatteryHealth(1), test.limit) << test.text;
   }
 }
@@ -244,13 +238,13 @@ TEST_F(Settings, QuietFanIsSentAndRememberedWhereThereIsAFolder) {
   EXPECT_THAT(SettingLines(), IsSupersetOf({"5 [WMISetQuietFan] output is 1", "5 [WMICheckAppExist] App not exist!"}));
   UseFolder();
   EXPECT_EQ(WMISetQuietFan(7, 1), 1u);
-  EXPECT_EQ(ReadFile(L"\\QuietFanSetting.txt"), "7");
+  EXPECT_EQ(ReadFile("\\QuietFanSetting.txt"), "7");
   const std::string file = Folder() + "\\QuietFanSetting.txt";
   EXPECT_THAT(SettingLines(),
               IsSupersetOf({"5 [WMISetQuietFan] fname is " + file, "5 [WMISetQuietFan] set On to " + file}));
   EXPECT_EQ(WMISetQuietFan(0, 1), 1u);
   EXPECT_THAT(sent_, Contains("DEVS Control_status=0 Device_ID=1114137"));
-  EXPECT_EQ(ReadFile(L"\\QuietFanSetting.txt"), "0");
+  EXPECT_EQ(ReadFile("\\QuietFanSetting.txt"), "0");
   EXPECT_THAT(SettingLines(), Contains("5 [WMISetQuietFan] set Off to " + file));
   // A file that can't be written changes nothing about the answer.
   const HANDLE taken =
@@ -261,17 +255,17 @@ TEST_F(Settings, QuietFanIsSentAndRememberedWhereThereIsAFolder) {
   result_ = 0;
   EXPECT_EQ(WMISetQuietFan(1, 1), 0u);
   EXPECT_THAT(SettingLines(), ElementsAre("5 [WMISetQuietFan] output is 0", "5 [WMISetQuietFan] wmi fail "));
-  EXPECT_EQ(ReadFile(L"\\QuietFanSetting.txt"), "0");
+  EXPECT_EQ(ReadFile("\\QuietFanSetting.txt"), "0");
 }
 
 TEST_F(Settings, QuietFanRemembered) {
   EXPECT_EQ(WMIGetQuietFan(1), 0u);
   EXPECT_THAT(SettingLines(), Contains("5 [WMIGetQuietFan] Fail to get Quiet Fan"));
   UseFolder();
-  WriteFile(L"\\QuietFanSetting.txt", "1");
+  WriteFile("\\QuietFanSetting.txt", "1");
   EXPECT_EQ(WMIGetQuietFan(1), 1u);
   EXPECT_THAT(SettingLines(), IsSupersetOf({"5 [WMIGetQuietFan] Quiet Fan is 1", "5 [WMIGetQuietFan] Quiet Fan On"}));
-  WriteFile(L"\\QuietFanSetting.txt", "0");
+  WriteFile("\\QuietFanSetting.txt", "0");
   EXPECT_EQ(WMIGetQuietFan(1), 0u);
   EXPECT_THAT(SettingLines(), Contains("5 [WMIGetQuietFan] Quiet Fan Off"));
 }

@@ -3,6 +3,7 @@
 
 #include "frame/log.h"
 #include "tests/support/allocations.h"
+#include "tests/support/event_log.h"
 #include "tests/support/shell_test.h"
 #include "vexa/trace.h"
 
@@ -140,59 +141,13 @@ TEST_F(Trace, DebugLinesGoToTheDebuggerOnlyAndAreCut) {
   EXPECT_THAT(recorder_.TakeLines(), IsEmpty());
 }
 
-struct EventLogCalls {
-  bool source_opens = true;
-  int opened = 0;
-  int closed = 0;
-  std::vector<std::wstring> texts;
-  WORD type = 0;
-  WORD category = 1;
-  DWORD id = 1;
-} g_event_log;
-
-HANDLE WINAPI OpenSource(LPCWSTR server, LPCWSTR source) {
-  EXPECT_EQ(server, nullptr);
-  EXPECT_STREQ(source, L"VEXASystemAnalysis");
-  if (!g_event_log.source_opens) return nullptr;
-  ++g_event_log.opened;
-  return reinterpret_cast<HANDLE>(uintptr_t{0x77});
-}
-
-BOOL WINAPI CloseSource(HANDLE source) {
-  EXPECT_EQ(source, reinterpret_cast<HANDLE>(uintptr_t{0x77}));
-  ++g_event_log.closed;
-  return TRUE;
-}
-
-BOOL WINAPI Report(HANDLE, WORD type, WORD category, DWORD id, PSID user, WORD count, DWORD data_size, LPCWSTR* texts,
-                   LPVOID data) {
-  g_event_log.type = type;
-  g_event_log.category = category;
-  g_event_log.id = id;
-  g_event_log.texts.assign(texts, texts + count);
-  EXPECT_EQ(user, nullptr);
-  EXPECT_EQ(data_size, 0u);
-  EXPECT_EQ(data, nullptr);
-  return FALSE;
-}
-
 TEST_F(Trace, EventLogTakesOneWarningAndIsClosed) {
-  const ImportPatch open("RegisterEventSourceW", OpenSource);
-  const ImportPatch close("DeregisterEventSource", CloseSource);
-  const ImportPatch report("ReportEventW", Report);
-  g_event_log = {};
+  EventLog log;
   WriteEventLog(L"100% %s");
-  EXPECT_THAT(g_event_log.texts, ElementsAre(L"VEXASystemAnalysis", L"100% %s"));
-  EXPECT_EQ(g_event_log.type, EVENTLOG_WARNING_TYPE);
-  EXPECT_EQ(g_event_log.category, 0);
-  EXPECT_EQ(g_event_log.id, 0u);
-  EXPECT_EQ(g_event_log.opened, 1);
-  EXPECT_EQ(g_event_log.closed, 1);
-
-  g_event_log = {.source_opens = false};
+  EXPECT_THAT(log.TakeMessages(), ElementsAre("100% %s"));
+  log.opens = false;
   WriteEventLog(L"lost");
-  EXPECT_THAT(g_event_log.texts, IsEmpty());
-  EXPECT_EQ(g_event_log.closed, 0);
+  EXPECT_THAT(log.TakeMessages(), IsEmpty());
 }
 
 }  // namespace

@@ -31,132 +31,84 @@ WmiValue Date(double days) {
   return date;
 }
 
-TEST_F(VariantValue, IntegersOfAllWidthsAndSigns) {
+constexpr std::nullopt_t kNo = std::nullopt;
+
+TEST_F(VariantValue, OfEveryType) {
+  // clang-format off: side by side
   const struct {
     WmiValue value;
-    int32_t member;
-    uint32_t number;
-    const wchar_t* text;
-  } integers[] = {
-      {Number(VT_I1, -1), 255, 0xFFFFFFFF, L"-1"},
-      {Number(VT_I1, -128), 128, 0xFFFFFF80, L"-128"},
-      {Number(VT_I1, 127), 127, 127, L"127"},
-      {Number(VT_UI1, 255), 255, 255, L"255"},
-      {Number(VT_I2, -2), 65534, 0xFFFFFFFE, L"-2"},
-      {Number(VT_I2, -32768), 32768, 0xFFFF8000, L"-32768"},
-      {Number(VT_UI2, 65535), 65535, 65535, L"65535"},
-      {Number(VT_I4, -1), -1, 0xFFFFFFFF, L"-1"},
-      {Number(VT_I4, INT32_MIN), INT32_MIN, 0x80000000, L"-2147483648"},
-      {Number(VT_INT, -7), -7, 0xFFFFFFF9, L"-7"},
+    std::optional<int32_t> member;
+    std::optional<uint32_t> number;
+    std::optional<std::wstring> converted;
+  } values[] = {
+      {Number(VT_I1, -1), 255, 0xFFFFFFFF, L"-1"}, {Number(VT_I1, -128), 128, 0xFFFFFF80, L"-128"},
+      {Number(VT_I1, 127), 127, 127, L"127"}, {Number(VT_UI1, 255), 255, 255, L"255"},
+      {Number(VT_I2, -2), 65534, 0xFFFFFFFE, L"-2"}, {Number(VT_I2, -32768), 32768, 0xFFFF8000, L"-32768"},
+      {Number(VT_UI2, 65535), 65535, 65535, L"65535"}, {Number(VT_I4, -1), -1, 0xFFFFFFFF, L"-1"},
+      {Number(VT_I4, INT32_MIN), INT32_MIN, 0x80000000, L"-2147483648"}, {Number(VT_INT, -7), -7, 0xFFFFFFF9, L"-7"},
       {Number(VT_UI4, 0xFFFFFFFF), -1, 0xFFFFFFFF, L"4294967295"},
-      {Number(VT_UINT, 0x80000000), INT32_MIN, 0x80000000, L"2147483648"},
-      {Number(VT_I8, -1), -1, 0xFFFFFFFF, L"-1"},
-      {Number(VT_I8, INT64_MIN), 0, 0, L"-9223372036854775808"},
-      {Number(VT_I8, 0x100000002), 2, 2, L"4294967298"},
-      {Number(VT_UI8, -1), -1, 0xFFFFFFFF, L"18446744073709551615"},
-      {Number(VT_UI8, 0), 0, 0, L"0"},
+      {Number(VT_UINT, 0x80000000), INT32_MIN, 0x80000000, L"2147483648"}, {Number(VT_I8, -1), -1, 0xFFFFFFFF, L"-1"},
+      {Number(VT_I8, INT64_MIN), 0, 0, L"-9223372036854775808"}, {Number(VT_I8, 0x100000002), 2, 2, L"4294967298"},
+      {Number(VT_UI8, -1), -1, 0xFFFFFFFF, L"18446744073709551615"}, {Number(VT_UI8, 0), 0, 0, L"0"},
+      {Number(VT_BOOL, -1), kNo, 1, L"true"}, {Number(VT_BOOL, 2), kNo, 1, L"true"},
+      {Number(VT_BOOL, 0), kNo, 0, L"false"}, {Real32(0.1f), kNo, kNo, L"0.1"},
+      {Real32(-1234567.0f), kNo, kNo, L"-1234567"}, {Real32(3), kNo, kNo, L"3"}, {Real64(0.1), kNo, kNo, L"0.1"},
+      {Real64(3.0), kNo, kNo, L"3"}, {Real64(123456789012345.0), kNo, kNo, L"123456789012345"},
+      // Neither a number nor a text.
+      {Number(VT_EMPTY, 0), kNo, kNo, kNo}, {Number(VT_NULL, 0), kNo, kNo, kNo}, {Date(45000.5), kNo, kNo, kNo},
+      {Number(VT_CY, 10000), kNo, kNo, kNo}, {Number(VT_ERROR, 5), kNo, kNo, kNo},
+      {Number(VT_UNKNOWN, 0), kNo, kNo, kNo},
+      {Number(VT_DISPATCH, 0), kNo, kNo, kNo}, {Number(VT_HRESULT, 5), kNo, kNo, kNo},
+      // Arrays are their first number, and their texts joined.
+      {Array(VT_UI1, {Number(VT_UI1, 200), Number(VT_UI1, 1)}), kNo, 200, L"200;1"},
+      {Array(VT_I2, {Number(VT_I2, -5), Number(VT_I2, 6)}), kNo, 0xFFFFFFFB, L"-5;6"},
+      {Array(VT_I4, {Number(VT_I4, 10), Number(VT_I4, -1), Number(VT_I4, 31)}), kNo, 10, L"10;-1;31"},
+      {Array(VT_UI4, {Number(VT_UI4, 0xFFFFFFFF)}), kNo, 0xFFFFFFFF, L"4294967295"},
+      {Array(VT_I8, {Number(VT_I8, 0x100000001)}), kNo, 1, L"4294967297"},
+      {Array(VT_BOOL, {Number(VT_BOOL, -1), Number(VT_BOOL, 0)}), kNo, 1, L"true;false"},
+      {Array(VT_R8, {Real64(0.5), Real64(2)}), kNo, kNo, L"0.5;2"}, {Texts({L"12", L"", L"c"}), kNo, 12, L"12;;c"},
+      {Texts({L"a;b"}), kNo, kNo, L"a;b"}, {Array(VT_I4, {}), kNo, kNo, L""}, {Texts({}), kNo, kNo, L""},
+      {Array(VT_VARIANT, {Number(VT_I4, 3), Text(L"x"), Number(VT_NULL, 0), Real64(1.5)}), kNo, 3, L"3;x;;1.5"},
+      {Array(VT_VARIANT, {Array(VT_I4, {Number(VT_I4, 8), Number(VT_I4, 9)}), Texts({L"y", L"z"})}), kNo, 8,
+       L"8;9;y;z"},
+      {Array(VT_VARIANT, {Array(VT_VARIANT, {Array(VT_I4, {})})}), kNo, kNo, L""},
   };
-  for (const auto& integer : integers) {
-    SCOPED_TRACE(testing::Message() << "type " << integer.value.type << " bits " << integer.value.bits);
-    EXPECT_EQ(Member(integer.value), integer.member);
-    EXPECT_EQ(Numeric(integer.value), integer.number);
-    EXPECT_EQ(Converted(integer.value), integer.text);
-    EXPECT_EQ(PlainText(integer.value), std::nullopt);
+  // clang-format on
+  for (const auto& one : values) {
+    SCOPED_TRACE(testing::Message() << "type " << one.value.type << " bits " << one.value.bits << " elements "
+                                    << one.value.elements.size());
+    EXPECT_EQ(Member(one.value), one.member);
+    EXPECT_EQ(Numeric(one.value), one.number);
+    EXPECT_EQ(Converted(one.value), one.converted);
+    EXPECT_EQ(PlainText(one.value), kNo);
   }
 }
 
 TEST_F(VariantValue, TextsAreNumbersOnlyAsAWhole) {
+  // clang-format off: side by side
   const struct {
     const wchar_t* text;
     std::optional<uint32_t> number;
-  } texts[] = {{L"0", 0},
-               {L"007", 7},
-               {L"4294967295", 0xFFFFFFFF},
-               {L"1000204886016", 0xE0DB6000},  // 0xE8E0DB6000
-               {L"", std::nullopt},
-               {L" 1", std::nullopt},
-               {L"1 ", std::nullopt},
-               {L"-1", std::nullopt},
-               {L"+1", std::nullopt},
-               {L"1.0", std::nullopt},
-               {L"0x10", std::nullopt},
-               {L"20240131000000.000000+000", std::nullopt},
-               {L"\x0661", std::nullopt}};  // a digit of another script
+  } texts[] = {
+      {L"0", 0}, {L"007", 7}, {L"4294967295", 0xFFFFFFFF}, {L"1000204886016", 0xE0DB6000},  // 0xE8E0DB6000
+      {L"", kNo}, {L" 1", kNo}, {L"1 ", kNo}, {L"-1", kNo}, {L"+1", kNo}, {L"1.0", kNo}, {L"0x10", kNo},
+      {L"20240131000000.000000+000", kNo}, {L"\x0661", kNo}};  // a digit of another script
+  // clang-format on
   for (const auto& text : texts) {
     EXPECT_EQ(Numeric(Text(text.text)), text.number) << Narrow(text.text);
     EXPECT_EQ(PlainText(Text(text.text)), text.text);
     EXPECT_EQ(Converted(Text(text.text)), text.text);
-    EXPECT_EQ(Member(Text(text.text)), std::nullopt);
+    EXPECT_EQ(Member(Text(text.text)), kNo);
   }
   // A text is as long as it says, zeros included; none at all is an empty one.
   const std::wstring zero(L"1\0002", 3);
   EXPECT_EQ(PlainText(Text(zero)), zero);
-  EXPECT_EQ(Numeric(Text(zero)), std::nullopt);
+  EXPECT_EQ(Numeric(Text(zero)), kNo);
   VARIANT none{};
   none.vt = VT_BSTR;
   EXPECT_EQ(TextOf(none), L"");
   EXPECT_EQ(ConvertedTextOf(none), L"");
-  EXPECT_EQ(NumberOf(none), std::nullopt);
-}
-
-TEST_F(VariantValue, BooleansAndReals) {
-  EXPECT_EQ(Numeric(Number(VT_BOOL, -1)), 1u);
-  EXPECT_EQ(Numeric(Number(VT_BOOL, 2)), 1u);
-  EXPECT_EQ(Numeric(Number(VT_BOOL, 0)), 0u);
-  EXPECT_EQ(Converted(Number(VT_BOOL, -1)), L"true");
-  EXPECT_EQ(Converted(Number(VT_BOOL, 0)), L"false");
-  EXPECT_EQ(Member(Number(VT_BOOL, -1)), std::nullopt);
-  EXPECT_EQ(Converted(Real32(0.1f)), L"0.1");
-  EXPECT_EQ(Converted(Real32(-1234567.0f)), L"-1234567");
-  EXPECT_EQ(Converted(Real64(0.1)), L"0.1");
-  EXPECT_EQ(Converted(Real64(3.0)), L"3");
-  EXPECT_EQ(Converted(Real64(123456789012345.0)), L"123456789012345");
-  for (const WmiValue& real : {Real32(3), Real64(3)}) {
-    EXPECT_EQ(Member(real), std::nullopt);
-    EXPECT_EQ(Numeric(real), std::nullopt);
-    EXPECT_EQ(PlainText(real), std::nullopt);
-  }
-}
-
-TEST_F(VariantValue, EverythingElseIsNothing) {
-  for (const WmiValue& value :
-       {Number(VT_EMPTY, 0), Number(VT_NULL, 0), Date(45000.5), Number(VT_CY, 10000), Number(VT_ERROR, 5),
-        Number(VT_UNKNOWN, 0), Number(VT_DISPATCH, 0), Number(VT_HRESULT, 5)}) {
-    EXPECT_EQ(Member(value), std::nullopt) << value.type;
-    EXPECT_EQ(Numeric(value), std::nullopt) << value.type;
-    EXPECT_EQ(PlainText(value), std::nullopt) << value.type;
-    EXPECT_EQ(Converted(value), std::nullopt) << value.type;
-  }
-}
-
-TEST_F(VariantValue, ArraysAreTheirFirstNumberAndTheirJoinedTexts) {
-  const struct {
-    WmiValue value;
-    std::optional<uint32_t> first;
-    std::optional<std::wstring> joined;
-  } arrays[] = {
-      {Array(VT_UI1, {Number(VT_UI1, 200), Number(VT_UI1, 1)}), 200, L"200;1"},
-      {Array(VT_I2, {Number(VT_I2, -5), Number(VT_I2, 6)}), 0xFFFFFFFB, L"-5;6"},
-      {Array(VT_I4, {Number(VT_I4, 10), Number(VT_I4, -1), Number(VT_I4, 31)}), 10, L"10;-1;31"},
-      {Array(VT_UI4, {Number(VT_UI4, 0xFFFFFFFF)}), 0xFFFFFFFF, L"4294967295"},
-      {Array(VT_I8, {Number(VT_I8, 0x100000001)}), 1, L"4294967297"},
-      {Array(VT_BOOL, {Number(VT_BOOL, -1), Number(VT_BOOL, 0)}), 1, L"true;false"},
-      {Array(VT_R8, {Real64(0.5), Real64(2)}), std::nullopt, L"0.5;2"},
-      {Texts({L"12", L"", L"c"}), 12, L"12;;c"},
-      {Texts({L"a;b"}), std::nullopt, L"a;b"},
-      {Array(VT_I4, {}), std::nullopt, L""},
-      {Texts({}), std::nullopt, L""},
-      {Array(VT_VARIANT, {Number(VT_I4, 3), Text(L"x"), Number(VT_NULL, 0), Real64(1.5)}), 3, L"3;x;;1.5"},
-      {Array(VT_VARIANT, {Array(VT_I4, {Number(VT_I4, 8), Number(VT_I4, 9)}), Texts({L"y", L"z"})}), 8, L"8;9;y;z"},
-      {Array(VT_VARIANT, {Array(VT_VARIANT, {Array(VT_I4, {})})}), std::nullopt, L""},
-  };
-  for (const auto& array : arrays) {
-    SCOPED_TRACE(testing::Message() << "type " << array.value.type << " of " << array.value.elements.size());
-    EXPECT_EQ(Numeric(array.value), array.first);
-    EXPECT_EQ(Converted(array.value), array.joined);
-    EXPECT_EQ(Member(array.value), std::nullopt);
-    EXPECT_EQ(PlainText(array.value), std::nullopt);
-  }
+  EXPECT_EQ(NumberOf(none), kNo);
 }
 
 TEST_F(VariantValue, ArraysOfOtherShapes) {

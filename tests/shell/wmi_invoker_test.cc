@@ -22,29 +22,25 @@ struct Invoker {
   std::string query_timeout;
 };
 
+// clang-format off: one text a row
 const Invoker kInvokers[] = {
-    {"wmiMethod",
-     [](const std::wstring& method, const WmiParamMap& params, const std::wstring& out_name) {
+    {"wmiMethod", [](const std::wstring& method, const WmiParamMap& params, const std::wstring& out_name) {
        return Narrow(wmiMethod(method, params, out_name, 1).c_str());
-     },
-     "", "-1", "VexaObxWmi_WMNB", "VexaObxWmi_WMNB.InstanceName=\"100%s\"", "19",
+     }, "", "-1", "VexaObxWmi_WMNB", "VexaObxWmi_WMNB.InstanceName=\"100%s\"", "19",
      "Create the values for the in parameters method=m first=", " second=0x",
      "Could not get output. method=m, OutName=o, Errorcode=0x", "varReturnValue=", "Step5 Query timed out."},
-    {"wmiMethod_ATD_STS",
-     [](const std::wstring& method, const WmiParamMap& params, const std::wstring& out_name) {
+    {"wmiMethod_ATD_STS", [](const std::wstring& method, const WmiParamMap& params, const std::wstring& out_name) {
        return Narrow(wmiMethod_ATD_STS(method, params, out_name).c_str());
-     },
-     "", "4294967295", "ATD_STS", "ATD_STS.InstanceName=\"EC0\"", "17",
+     }, "", "4294967295", "ATD_STS", "ATD_STS.InstanceName=\"EC0\"", "17",
      "Create the values for the in parameters. method=m, first=", ", second=0x",
      "Could not get output method=m, OutName=o. Errorcode=0x", "varReturnValue =", "Step5 Query timed out."},
-    {"wmiMethod_ATD_STS_UINT",
-     [](const std::wstring& method, const WmiParamMap& params, const std::wstring& out_name) {
+    {"wmiMethod_ATD_STS_UINT", [](const std::wstring& method, const WmiParamMap& params, const std::wstring& out_name) {
        return std::to_string(wmiMethod_ATD_STS_UINT(method, params, out_name));
-     },
-     "0", "4294967295", "ATD_STS", "ATD_STS.InstanceName=\"EC0\"", "17",
+     }, "0", "4294967295", "ATD_STS", "ATD_STS.InstanceName=\"EC0\"", "17",
      "Create the values for the in parameters. method=m, first=", ", second=0x",
      "Could not get output. method=m, OutName=o, Errorcode=0x", "varReturnValue=", "Step6 Query timed out."},
 };
+// clang-format on
 
 class WmiInvoker : public PerRow<WmiTest, Invoker> {
  protected:
@@ -118,22 +114,21 @@ TEST_P(WmiInvoker, WithoutParametersNothingIsPut) {
 }
 
 TEST_P(WmiInvoker, IntegersOfEveryWidthAreTheirLow32Bits) {
-  for (const auto& [type, bits, value] : {std::tuple{VT_I1, int64_t{-1}, "255"},
-                                          {VT_UI1, 0xFF, "255"},
-                                          {VT_I2, -2, "65534"},
-                                          {VT_UI2, 0xFFFF, "65535"},
-                                          {VT_I4, 0x7FFFFFFF, "2147483647"},
-                                          {VT_INT, 7, "7"},
-                                          {VT_UI4, 0x10001, "65537"},
-                                          {VT_UINT, 0, "0"},
-                                          {VT_I8, 0x500000006, "6"},
-                                          {VT_UI8, 0x10000, "65536"},
-                                          {VT_I4, -1, row_.minus_one.c_str()},
-                                          {VT_UI4, -1, row_.minus_one.c_str()},
-                                          {VT_I8, -1, row_.minus_one.c_str()}}) {
-    Answer(Number(static_cast<VARTYPE>(type), bits));
-    EXPECT_EQ(Call({}), value) << "type " << type;
-    EXPECT_EQ(Lines(), LinesOf({row_.value + value, "Do CoUninitialize()"}));
+  const std::string ones = row_.minus_one;
+  // clang-format off: side by side
+  const struct {
+    VARTYPE type;
+    int64_t bits;
+    std::string value;
+  } integers[] = {
+      {VT_I1, -1, "255"}, {VT_UI1, 0xFF, "255"}, {VT_I2, -2, "65534"}, {VT_UI2, 0xFFFF, "65535"},
+      {VT_I4, 0x7FFFFFFF, "2147483647"}, {VT_INT, 7, "7"}, {VT_UI4, 0x10001, "65537"}, {VT_UINT, 0, "0"},
+      {VT_I8, 0x500000006, "6"}, {VT_UI8, 0x10000, "65536"}, {VT_I4, -1, ones}, {VT_UI4, -1, ones}, {VT_I8, -1, ones}};
+  // clang-format on
+  for (const auto& integer : integers) {
+    Answer(Number(integer.type, integer.bits));
+    EXPECT_EQ(Call({}), integer.value) << "type " << integer.type;
+    EXPECT_EQ(Lines(), LinesOf({row_.value + integer.value, "Do CoUninitialize()"}));
   }
 }
 

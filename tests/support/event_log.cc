@@ -10,11 +10,14 @@
 namespace vexa::test {
 namespace {
 
+EventLog* g_log = nullptr;
 int g_open_sources = 0;
 std::vector<std::string> g_messages;
 const HANDLE kSource = reinterpret_cast<HANDLE>(uintptr_t{0xE7E0});
 
-HANDLE WINAPI Open(LPCWSTR, LPCWSTR source) {
+HANDLE WINAPI Open(LPCWSTR server, LPCWSTR source) {
+  EXPECT_EQ(server, nullptr);
+  if (!g_log->opens) return nullptr;
   if (std::wcscmp(source, L"VEXASystemAnalysis") != 0) g_messages.push_back("source " + Narrow(source));
   ++g_open_sources;
   return kSource;
@@ -25,8 +28,10 @@ BOOL WINAPI Close(HANDLE source) {
   return TRUE;
 }
 
-BOOL WINAPI Report(HANDLE source, WORD type, WORD, DWORD, PSID, WORD count, DWORD, LPCWSTR* texts, LPVOID) {
-  const bool expected = source == kSource && type == EVENTLOG_WARNING_TYPE && count == 2;
+BOOL WINAPI Report(HANDLE source, WORD type, WORD category, DWORD id, PSID user, WORD count, DWORD size, LPCWSTR* texts,
+                   LPVOID data) {
+  const bool expected = source == kSource && type == EVENTLOG_WARNING_TYPE && category == 0 && id == 0 && !user &&
+                        count == 2 && std::wcscmp(texts[0], L"VEXASystemAnalysis") == 0 && size == 0 && !data;
   g_messages.push_back((expected ? "" : "odd report: ") + Narrow(texts[count - 1]));
   return TRUE;
 }
@@ -35,6 +40,7 @@ BOOL WINAPI Report(HANDLE source, WORD type, WORD, DWORD, PSID, WORD count, DWOR
 
 EventLog::EventLog()
     : open_("RegisterEventSourceW", Open), close_("DeregisterEventSource", Close), report_("ReportEventW", Report) {
+  g_log = this;
   g_open_sources = 0;
   g_messages.clear();
 }

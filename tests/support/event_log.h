@@ -18,6 +18,8 @@ class EventLog {
   // Messages since the last call, in UTF-8, in order; one that is no warning of the library's source says so.
   std::vector<std::string> TakeMessages();
 
+  bool opens = true;
+
  private:
   ImportPatch open_;
   ImportPatch close_;
