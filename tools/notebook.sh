@@ -78,6 +78,17 @@ install_radios() {
 
 install_product() { copy_changed "$WINEPREFIX/drive_c/Vexa" "$@"; }
 
+# install_notebook [SCENARIO.json]: the whole build of the machine in its prefix, which is started.
+install_notebook() {
+  local built=$ROOT/build/$MACHINE
+  start_prefix
+  install_product "$built/VexaWinIO64.dll" "$built/vexahealth.exe"
+  [ "$MACHINE" = arm64 ] || install_product "$built/notebook/driver/VexaSAIO.sys"
+  install_firmware
+  install_radios
+  [ -z "${1:-}" ] || install_scenario "$1"
+}
+
 # copy_changed FOLDER FILE...: copies the files only when they differ: a running driver keeps its file.
 copy_changed() {
   local folder=$1 file

@@ -7,11 +7,7 @@ source "$ROOT/tests/support/checks.sh"
 
 use_machine x64
 "$ROOT/tools/setup.sh" checks
-start_prefix
-install_product "$ROOT/build/x64/VexaWinIO64.dll" "$ROOT/build/x64/vexahealth.exe" \
-  "$ROOT/build/x64/notebook/driver/VexaSAIO.sys"
-install_firmware
-install_scenario "$ROOT/notebook/scenarios/healthy-x64.json"
+install_notebook "$ROOT/notebook/scenarios/healthy-x64.json"
 
 client() {  # client EXPECTED_CODE ARGUMENTS...
   local expected=$1

@@ -7,11 +7,7 @@ source "$ROOT/tools/notebook.sh"
 
 use_machine x64
 "$ROOT/tools/setup.sh" checks
-start_prefix
-install_product "$ROOT/build/x64/VexaWinIO64.dll" "$ROOT/build/x64/vexahealth.exe" \
-  "$ROOT/build/x64/notebook/driver/VexaSAIO.sys"
-install_firmware
-install_radios
+install_notebook
 
 work=$ROOT/build/output-test
 python=$CACHE/checks-jsonschema-4.17.3/bin/python3

@@ -5,13 +5,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
 source "$ROOT/tools/notebook.sh"
 
 use_machine x64
-build_preset native vexa-scenario
-build_preset x64 VexaWinIO64 vexahealth vexa-firmware vexa-radios vexa-saio
-start_prefix
-install_product "$ROOT/build/x64/VexaWinIO64.dll" "$ROOT/build/x64/vexahealth.exe" \
-  "$ROOT/build/x64/notebook/driver/VexaSAIO.sys"
-install_firmware
-install_radios
+install_notebook
 
 work=$ROOT/build/report-test
 rm -rf "$work"

@@ -5,39 +5,21 @@ Prints "NAME EXIT_CODE COMMAND FORMATS ROUTE" for each, the exit code being what
 firmware's route come last.
 """
 
-import copy
 import json
 import pathlib
 import re
 import sys
 
-SHIPPED = pathlib.Path(__file__).resolve().parents[2] / "notebook" / "scenarios"
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+from scenario_edit import SHIPPED, gauge, group, load, put, register, row
+
 HOSTILE_NAMES = ["=cmd()", "\"},{\"", "<script>", "a,b;c\\\\y%s%n"]
 HOSTILE_TERMINAL = "\u001b[2J\u202e\r\n\u009b31m<b>`\"'\\"
 
 
-def load(name):
-    return json.loads((SHIPPED / f"{name}.json").read_text(encoding="utf-8"))
-
-
-def group(scenario, number):
-    return next(g for g in scenario["ec"]["groups"] if int(str(g["group"]), 0) == number)
-
-
-def set_register(scenario, number, offset, **value):
-    """Replaces what a group's registers from `offset` hold."""
-    registers = group(scenario, number)["registers"]
-    for row in registers:
-        if int(str(row["offset"]), 0) == offset:
-            for kind in ("byte", "word", "dword", "text", "hex", "status"):
-                row.pop(kind, None)
-            row.update(value)
-            return
-    registers.append({"offset": offset, **value})
-
-
 def variant(base, change):
-    scenario = copy.deepcopy(load(base))
+    scenario = load(base)
     change(scenario)
     return scenario
 
@@ -52,13 +34,12 @@ def table_version(number):
     return change
 
 
-def gauge_name(**value):
-    """Replaces the battery's device name as the gauge tells it."""
+def set_register(number, offset, **value):
+    """Replaces what a group's registers from `offset` hold."""
     def change(scenario):
-        row = next(r for r in scenario["ec"]["gauge"] if int(str(r["register"]), 0) == 0x21)
-        row.pop("text", None)
-        row.pop("hex", None)
-        row.update(value)
+        if not register(scenario, number, offset):
+            group(scenario, number)["registers"].append({"offset": offset})
+        put(register(scenario, number, offset), **value)
     return change
 
 
@@ -68,9 +49,8 @@ def firmware_gauge(words):
         ec = scenario["firmware"]["ec"]
         if words is None:
             ec["gauge"], ec["tables"] = [], []
-        for row in ec["gauge"]:
-            if int(row["register"], 0) in words:
-                row["word"] = words[int(row["register"], 0)]
+        for number, word in (words or {}).items():
+            row(ec["gauge"], "register", number)["word"] = word
     return change
 
 
@@ -83,9 +63,9 @@ def radio_name(name):
         wlan["connection"].update(ssid={"hex": name_bytes(name)}, profile=name)
         for network in wlan["networks"]:
             network["ssid"] = {"hex": name_bytes(name)}
-        for row in scenario["radios"]["network"]:
-            if row["name"] == old:
-                row["name"] = name
+        for adapter in scenario["radios"]["network"]:
+            if adapter["name"] == old:
+                adapter["name"] = name
     return change
 
 
@@ -97,10 +77,10 @@ def product_name(name):
     """Every text of the firmware's tables in one hostile text."""
     def change(scenario):
         for table in scenario["firmware"]["tables"]:
-            for row in table["rows"]:
-                for key, value in row.items():
+            for entry in table["rows"]:
+                for key, value in entry.items():
                     if isinstance(value, str) and table["properties"][key] == "string" and not value.isdigit():
-                        row[key] = name
+                        entry[key] = name
     return change
 
 
@@ -125,15 +105,15 @@ def variants():
     for what, offset, word in (("empty", 0x30, 0), ("full", 0x30, 100), ("overfull", 0x30, 101), ("rest", 0x38, 0),
                                ("discharge", 0x38, 0xF000), ("minus-one", 0x38, 0xFFFF), ("freezing", 0x34, 2631),
                                ("no-date", 0x54, 0), ("cell-dead", 0x4A, 0), ("new", 0x2E, 0)):
-        yield what, variant("healthy-x64", lambda s: set_register(s, 1, offset, word=word)), 0, "status"
+        yield what, variant("healthy-x64", set_register(1, offset, word=word)), 0, "status"
     for what, dword in (("none", 0), ("battery", 0x553201B4), ("variable", 0x991190FA), ("pps", 0xC1A4213C),
                         ("epr", 0xDFC096F0), ("spr", 0xE004B0E1), ("reserved", 0xF0000001), ("ones", 0xFFFFFFFF)):
-        changed = variant("healthy-x64", lambda s: set_register(s, 6, 0x1E, dword=dword))
+        changed = variant("healthy-x64", set_register(6, 0x1E, dword=dword))
         yield f"contract-{what}", changed, 0, "adapter"
     for i, name in enumerate(HOSTILE_NAMES):
-        yield f"name-{i}", variant("healthy-x64", gauge_name(text=name)), 0, "battery"
+        yield f"name-{i}", variant("healthy-x64", lambda s: put(gauge(s, 0x21), text=name)), 0, "battery"
     controls = "1B 5B 32 4A 0D 0A 07 9B 33 31 6D FF FE 80"
-    yield "name-controls", variant("healthy-x64", gauge_name(hex=controls)), 0, "battery"
+    yield "name-controls", variant("healthy-x64", lambda s: put(gauge(s, 0x21), hex=controls)), 0, "battery"
     for i, name in enumerate((HOSTILE_NAMES[0], HOSTILE_NAMES[1], HOSTILE_TERMINAL)):
         yield f"radio-{i}", variant("healthy-x64", radio_name(name)), 0, "radio"
         yield f"product-{i}", variant("healthy-x64", product_name(name)), 0, "inventory"

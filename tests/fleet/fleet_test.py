@@ -146,9 +146,6 @@ class Fleet(unittest.TestCase):
         cls.collectors.close()
         cls.folder.cleanup()
 
-    def names(self, heading):
-        return instances(self.server.query(self.queries[heading]))
-
     def alerts(self):
         found = {}
         for alert in self.server.ask("alerts")["alerts"]:
@@ -160,19 +157,15 @@ class Fleet(unittest.TestCase):
         self.assertEqual(len(METRICS), 20)
         self.assertEqual(len(set(METRICS.values())), 20)
 
-    def test_worn_batteries(self):
-        self.assertEqual(self.names("Worn batteries"), notebooks.WORN)
+    def test_who_is_named(self):
+        for heading, expected in (("Worn batteries", notebooks.WORN), ("Cells out of balance by more than 0.1 V", {"nb02"}),
+                                  ("Embedded controllers that do not answer", notebooks.SILENT)):
+            self.assertEqual(instances(self.server.query(self.queries[heading])), expected, heading)
 
     def test_most_worn(self):
         rows = self.server.query(self.queries["The three batteries that lost most"])
         self.assertEqual({row["metric"]["instance"]: round(float(row["value"][1]), 3) for row in rows},
                          {"nb20": 0.408, "nb17": 0.490, "nb02": 0.521})
-
-    def test_unbalanced_cells(self):
-        self.assertEqual(self.names("Cells out of balance by more than 0.1 V"), {"nb02"})
-
-    def test_silent_controllers(self):
-        self.assertEqual(self.names("Embedded controllers that do not answer"), notebooks.SILENT)
 
     def test_stopped_fans(self):
         rows = self.server.query(self.queries["Fans that stand still on a hot processor"])

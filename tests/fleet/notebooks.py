@@ -10,7 +10,10 @@ import json
 import pathlib
 import sys
 
-SCENARIOS = pathlib.Path(__file__).resolve().parents[2] / "notebook" / "scenarios"
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+from scenario_edit import gauge, group, load, put, register
+
 CAPACITY, CYCLES, PACK_VOLTAGE = 0x42, 0x2E, 0x36
 NO_ANSWER = 5
 
@@ -20,25 +23,8 @@ FAN_STOPPED = {("nb14", "2"), ("nb20", "1")}
 DOWN = {"nb11"}
 
 
-def number(value):
-    return int(value, 0) if isinstance(value, str) else value
-
-
-def group(scenario, which):
-    return next(g for g in scenario["ec"]["groups"] if number(g["group"]) == which)
-
-
-def register(scenario, offset, which=1):
-    return next(r for r in group(scenario, which)["registers"] if number(r["offset"]) == offset)
-
-
-def gauge(scenario, which):
-    section = scenario["firmware"]["ec"] if "ec" not in scenario else scenario["ec"]
-    return next(r for r in section["gauge"] if number(r["register"]) == which)
-
-
 def base(name):
-    scenario = json.loads((SCENARIOS / f"{name}.json").read_text())
+    scenario = load(name)
     for part in scenario.get("ec", {}).get("groups", []):
         if "handshake" in part:
             part["handshake"]["ready_on_poll"] = 1  # each further one is a second of waiting
@@ -48,21 +34,20 @@ def base(name):
 def changed(name="healthy-x64", capacity=None, cycles=None, failure=None, device=None, silent=None, fan=None, hot=False):
     scenario = base(name)
     if capacity is not None:
-        register(scenario, CAPACITY)["word"] = capacity
+        register(scenario, 1, CAPACITY)["word"] = capacity
     if cycles is not None:
-        register(scenario, CYCLES)["word"] = cycles
+        register(scenario, 1, CYCLES)["word"] = cycles
     if failure is not None:
         gauge(scenario, 0x53)["dword"] = failure
     if device is not None:
         gauge(scenario, 0x21)["text"] = device
     if silent is not None:
-        del register(scenario, silent)["word"]
-        register(scenario, silent)["status"] = NO_ANSWER
+        put(register(scenario, 1, silent), status=NO_ANSWER)
     fans = next((part for part in group(scenario, 2).get("lists", []) if part["name"].startswith("fans")), None)
     if fan is not None:
         fans["items"][fan][0]["word"] = 0
     if hot:
-        register(scenario, 0x00, 2)["byte"] = 93
+        register(scenario, 2, 0x00)["byte"] = 93
     return scenario
 
 

@@ -8,9 +8,7 @@ source "$ROOT/tools/notebook.sh"
 use_machine x64
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-start_prefix
-install_product "$ROOT/build/x64/VexaWinIO64.dll" "$ROOT/build/x64/vexahealth.exe" "$ROOT/build/x64/notebook/driver/VexaSAIO.sys"
-install_firmware
+install_notebook
 folder=$WINEPREFIX/drive_c/Vexa
 sed 's/$/\r/' "$ROOT/docs/fleet/collect.cmd" >"$folder/collect.cmd"
 textfile=$WINEPREFIX/drive_c/textfile

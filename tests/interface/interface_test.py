@@ -40,17 +40,8 @@ def compile_errors(source, language, target=TARGETS[0], standard=None):
         return "" if result.returncode == 0 else result.stderr or "failed"
 
 
-class Changed:
-    """A copy of the catalogue in which one export has been changed."""
-
-    def __init__(self):
-        self.top = copy.deepcopy(catalogue.read())
-
-    def entry(self, name):
-        return next(e for f in self.top["families"] for e in f["exports"] if e["name"] == name)
-
-    def exports(self):
-        return catalogue.load(self.top)
+def entry(top, name):
+    return next(e for f in top["families"] for e in f["exports"] if e["name"] == name)
 
 
 class Agreement(unittest.TestCase):
@@ -95,30 +86,20 @@ class Agreement(unittest.TestCase):
 class Faults(unittest.TestCase):
     """Each check above, on an interface that somebody broke."""
 
-    def errors(self, changed, language="c", records=None, constants=None):
-        top = changed.top
-        return compile_errors(LANGUAGES[language][1](changed.exports(), records or top["records"],
-                                                     constants or headers.constants()), language)
+    def test_compiler_notices(self):
+        def returns(name, kind):
+            return lambda top: entry(top, name).update(returns=kind, reserved=[])
 
-    def test_compiler_notices_a_signature(self):
-        changed = Changed()
-        changed.entry("Quillo_Read_Fan")["arguments"][0]["type"] = "uint32_t"
-        self.assertIn("Quillo_Read_Fan", self.errors(changed))
-        changed = Changed()
-        changed.entry("RF_WiFiRssi")["returns"] = "int32_t"
-        changed.entry("RF_WiFiRssi")["reserved"] = []
-        self.assertIn("RF_WiFiRssi", self.errors(changed, "c++"))
-
-    def test_compiler_notices_a_record_and_a_constant(self):
-        changed = Changed()
-        records = copy.deepcopy(changed.top["records"])
-        records[1]["fields"][2]["offset"] = 4
-        self.assertIn("offset of VexaPdIcPartNumber.text", self.errors(changed, records=records))
-        records = copy.deepcopy(changed.top["records"])
-        records[0]["size"] = 1023
-        self.assertIn("size of VexaText", self.errors(changed, "c++", records=records))
-        constants = {**headers.constants(), "VEXA_NO_ANSWER": 0}
-        self.assertIn("VEXA_NO_ANSWER", self.errors(changed, constants=constants))
+        for expected, language, change, constants in (
+                ("Quillo_Read_Fan", "c", lambda top: entry(top, "Quillo_Read_Fan")["arguments"][0].update(type="uint32_t"), {}),
+                ("RF_WiFiRssi", "c++", returns("RF_WiFiRssi", "int32_t"), {}),
+                ("offset of VexaPdIcPartNumber.text", "c", lambda top: top["records"][1]["fields"][2].update(offset=4), {}),
+                ("size of VexaText", "c++", lambda top: top["records"][0].update(size=1023), {}),
+                ("VEXA_NO_ANSWER", "c", lambda top: None, {"VEXA_NO_ANSWER": 0})):
+            top = copy.deepcopy(catalogue.read())
+            change(top)
+            source = LANGUAGES[language][1](catalogue.load(top), top["records"], {**headers.constants(), **constants})
+            self.assertIn(expected, compile_errors(source, language))
 
     def test_gate_notices_each_kind_of_change(self):
         now = gate.current()
@@ -153,24 +134,19 @@ class Faults(unittest.TestCase):
         self.assertEqual(generate.stale(without), [path])
 
     def test_catalogue_refuses_contradictions(self):
-        def gone(changed):
-            changed.top["families"][1]["exports"].pop()
-
-        def twice(changed):
-            entry = changed.entry("EC_ReadEcFwRev")
-            entry["reserved"].append(entry["reserved"][0])
-
+        revision, mac, add = "EC_ReadEcFwRev", "RF_AP_MAC", "wmiadd"
         for change in (
-                gone, twice,
-                lambda c: c.entry("EC_ReadEcFwRev")["reserved"][0].update(reason="unknown"),
-                lambda c: c.entry("EC_ReadEcFwRev")["reserved"][0].update(value=2**32),
-                lambda c: c.entry("RF_AP_MAC")["arguments"][0].update(capacity=14),
-                lambda c: c.entry("RF_AP_MAC")["arguments"][0].update(type="char"),
-                lambda c: c.entry("wmiadd").update(routes={"x64": "driver"}),
-                lambda c: c.entry("wmiadd").update(colour="red")):
-            changed = Changed()
-            change(changed)
-            self.assertRaises(catalogue.CatalogueError, changed.exports)
+                lambda top: top["families"][1]["exports"].pop(),
+                lambda top: entry(top, revision)["reserved"].append(entry(top, revision)["reserved"][0]),
+                lambda top: entry(top, revision)["reserved"][0].update(reason="unknown"),
+                lambda top: entry(top, revision)["reserved"][0].update(value=2**32),
+                lambda top: entry(top, mac)["arguments"][0].update(capacity=14),
+                lambda top: entry(top, mac)["arguments"][0].update(type="char"),
+                lambda top: entry(top, add).update(routes={"x64": "driver"}),
+                lambda top: entry(top, add).update(colour="red")):
+            top = copy.deepcopy(catalogue.read())
+            change(top)
+            self.assertRaises(catalogue.CatalogueError, catalogue.load, top)
 
 
 if __name__ == "__main__":
