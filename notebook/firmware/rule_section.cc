@@ -104,10 +104,9 @@ Rule ReadRule(const JsonValue& value, Faults& faults) {
   const JsonValue* then = row.Require("then");
   if (on == nullptr || then == nullptr) return rule;
   ReadOn(*on, rule, faults);
-  constexpr scenario::Range kCount{1, std::numeric_limits<uint32_t>::max()};
-  const std::string_view form = row.OneOf({"nth", "from"}, false);
-  if (!form.empty()) rule.first = row.Number(form, kCount, 1);
-  if (form == "nth") rule.last = rule.first;
+  const scenario::Occurrences occurrences = scenario::ReadOccurrences(row);
+  rule.first = occurrences.first;
+  rule.last = occurrences.last;
   ReadThen(*then, rule, faults);
   return rule;
 }

@@ -55,9 +55,9 @@ Rule ReadRule(const JsonValue& value, Faults& faults) {
   const JsonValue* then = row.Require("then");
   if (on == nullptr || then == nullptr) return rule;
   ReadOn(*on, rule, faults);
-  const std::string_view form = row.OneOf({"nth", "from"}, false);
-  if (!form.empty()) rule.first = row.Number(form, {1, 0xFFFFFFFF}, 1);
-  if (form == "nth") rule.last = rule.first;
+  const scenario::Occurrences occurrences = scenario::ReadOccurrences(row);
+  rule.first = occurrences.first;
+  rule.last = occurrences.last;
   const ObjectReader effects(*then, "then", {"fail", "delay_ms"}, faults);
   rule.fail = ReadOptional(effects, "fail", {1, 0xFFFFFFFF});
   rule.delay_ms = static_cast<uint32_t>(effects.Number("delay_ms", {0, kMaxDelayMs}, 0));

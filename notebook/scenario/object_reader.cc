@@ -184,4 +184,12 @@ std::string_view ObjectReader::OneOf(std::initializer_list<std::string_view> key
   return chosen;
 }
 
+Occurrences ReadOccurrences(const ObjectReader& row) {
+  Occurrences occurrences;
+  const std::string_view form = row.OneOf({"nth", "from"}, false);
+  if (!form.empty()) occurrences.first = row.Number(form, {1, std::numeric_limits<uint32_t>::max()}, 1);
+  if (form == "nth") occurrences.last = occurrences.first;
+  return occurrences;
+}
+
 }  // namespace scenario

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -73,6 +74,13 @@ class ObjectReader {
   std::string name_;
   Faults& faults_;
 };
+
+// Which of the exchanges that match a rule it acts on, counted from 1: the "nth" only, all "from" the n-th on, or all.
+struct Occurrences {
+  uint64_t first = 1;
+  uint64_t last = std::numeric_limits<uint64_t>::max();
+};
+Occurrences ReadOccurrences(const ObjectReader& row);
 
 }  // namespace scenario
 

@@ -1,6 +1,5 @@
 // The "rules" section: which exchanges fail, are delayed or answer otherwise.
 #include <algorithm>
-#include <limits>
 
 #include "object_reader.h"
 #include "sections.h"
@@ -82,14 +81,6 @@ void ReadOn(const JsonValue& value, ImageRule& rule, Faults& faults) {
   if (form == "open") ReadOpen(*on.Find("open"), rule, faults);
 }
 
-// The exchanges that the rule acts on: the n-th only, all from the n-th on, or all.
-void ReadWhen(const ObjectReader& row, ImageRule& rule) {
-  constexpr Range kCount{1, std::numeric_limits<uint32_t>::max()};
-  const std::string_view form = row.OneOf({"nth", "from"}, false);
-  rule.first = form.empty() ? 1 : static_cast<uint32_t>(row.Number(form, kCount, 1));
-  rule.last = form == "nth" ? rule.first : std::numeric_limits<uint32_t>::max();
-}
-
 struct Effect {
   std::string_view key;
   ImageRuleEffect bit;
@@ -138,7 +129,9 @@ void ReadRulesSection(const JsonValue& value, ImageBuilder& image, Faults& fault
     const JsonValue* then = row.Require("then");
     if (on == nullptr || then == nullptr) continue;
     ReadOn(*on, rule, faults);
-    ReadWhen(row, rule);
+    const Occurrences occurrences = ReadOccurrences(row);
+    rule.first = static_cast<uint32_t>(occurrences.first);
+    rule.last = static_cast<uint32_t>(occurrences.last);
     ReadThen(*then, rule, faults);
     image.rules.push_back(rule);
   }
