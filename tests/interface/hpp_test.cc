@@ -32,21 +32,17 @@ uint32_t Called(const char* name) {
   return answers[name];
 }
 
-// An export without arguments that answers a number.
+// Exports without arguments that answer a number.
+// clang-format off
+#define NUMBERS(X)                                                                                                    \
+  X(InitializeWinIo) X(BatteryHealthyTable_ReadVersion) X(BatteryHealthyTable_PackageVoltage)                         \
+  X(BatteryHealthyTable_Rsoc) X(BatteryHealthyTable_Current) X(BatteryHealthyTable_LidStatus)                         \
+  X(Adapter_Read_PD_Get_Emark_VID) X(Adapter_Clear_Charger_Data) X(Power_Read_ACDCMode) X(EC_ReadEcFwRev)             \
+  X(RF_WiFiRssi) X(HealthyTable_FanCounts)
+// clang-format on
 #define SCRIPTED(name) \
   uint32_t Scripted##name() { return Called(#name); }
-SCRIPTED(InitializeWinIo)
-SCRIPTED(BatteryHealthyTable_ReadVersion)
-SCRIPTED(BatteryHealthyTable_PackageVoltage)
-SCRIPTED(BatteryHealthyTable_Rsoc)
-SCRIPTED(BatteryHealthyTable_Current)
-SCRIPTED(BatteryHealthyTable_LidStatus)
-SCRIPTED(Adapter_Read_PD_Get_Emark_VID)
-SCRIPTED(Adapter_Clear_Charger_Data)
-SCRIPTED(Power_Read_ACDCMode)
-SCRIPTED(EC_ReadEcFwRev)
-SCRIPTED(RF_WiFiRssi)
-SCRIPTED(HealthyTable_FanCounts)
+NUMBERS(SCRIPTED)
 #undef SCRIPTED
 
 void ScriptedShutdown() { Called("ShutdownWinIo"); }
@@ -111,19 +107,8 @@ class VexaHpp : public testing::Test {
     calls.clear();
     wide_text.clear();
     freed = 0;
-#define SCRIPT(name) Script(#name, &Scripted##name)
-    SCRIPT(InitializeWinIo);
-    SCRIPT(BatteryHealthyTable_ReadVersion);
-    SCRIPT(BatteryHealthyTable_PackageVoltage);
-    SCRIPT(BatteryHealthyTable_Rsoc);
-    SCRIPT(BatteryHealthyTable_Current);
-    SCRIPT(BatteryHealthyTable_LidStatus);
-    SCRIPT(Adapter_Read_PD_Get_Emark_VID);
-    SCRIPT(Adapter_Clear_Charger_Data);
-    SCRIPT(Power_Read_ACDCMode);
-    SCRIPT(EC_ReadEcFwRev);
-    SCRIPT(RF_WiFiRssi);
-    SCRIPT(HealthyTable_FanCounts);
+#define SCRIPT(name) Script(#name, &Scripted##name);
+    NUMBERS(SCRIPT)
 #undef SCRIPT
     Script("ShutdownWinIo", &ScriptedShutdown);
     Script("RF_PhyMode", &ScriptedPhyMode);
@@ -160,9 +145,9 @@ TEST_F(VexaHpp, DoubtfulZeroIsCrossChecked) {
   } cases[] = {
       {11400, 28, "value"},       // the source answers: 0 % is true
       {11400, kSilent, "value"},  // ARM64: there is no version
-      {kNone, 0, "unsupported"},    {kNone, kSilent, "no_answer"}, {kNone, 28, "no_answer"},
-      {kSilent, 28, "no_answer"},   {0, 28, "value"},  // x64 without a pack
-      {0, kSilent, "no_answer"},                       // ARM64 with a silent gauge
+      {kNone, 0, "unsupported"}, {kNone, kSilent, "no_answer"}, {kNone, 28, "no_answer"}, {kSilent, 28, "no_answer"},
+      {0, 28, "value"},           // x64 without a pack
+      {0, kSilent, "no_answer"},  // ARM64 with a silent gauge
   };
   const Library library = Loaded();
   for (const auto& one : cases) {
@@ -176,15 +161,6 @@ TEST_F(VexaHpp, DoubtfulZeroIsCrossChecked) {
   EXPECT_EQ(Told(library.BatteryHealthyTable_LidStatus()), "unsupported");
 }
 
-TEST_F(VexaHpp, PlainAnswersCostNoFurtherCall) {
-  answers["BatteryHealthyTable_Rsoc"] = 84;
-  const Library library = Loaded();
-  EXPECT_EQ(library.BatteryHealthyTable_Rsoc(), 84u);
-  answers["BatteryHealthyTable_Rsoc"] = VEXA_NO_ANSWER;
-  EXPECT_EQ(library.BatteryHealthyTable_Rsoc(), std::unexpected(Reason::kNoAnswer));
-  EXPECT_EQ(calls.size(), 2u);
-}
-
 TEST_F(VexaHpp, VersionDecidesAboutKindB) {
   const Library library = Loaded();
   for (const auto& [version, told] : {std::pair{22u, "unsupported"}, {23u, "value"}, {0x7FFFFFFFu, "no_answer"}}) {
@@ -196,21 +172,25 @@ TEST_F(VexaHpp, VersionDecidesAboutKindB) {
 
 TEST_F(VexaHpp, NumbersFlagsAndActions) {
   const Library library = Loaded();
-  answers["BatteryHealthyTable_Current"] = 0xFFFFFF38;
-  EXPECT_EQ(library.BatteryHealthyTable_Current(), -200);
-  answers["RF_WiFiRssi"] = static_cast<uint32_t>(-52);
-  EXPECT_EQ(library.RF_WiFiRssi(), -52);
-  answers["RF_WiFiRssi"] = static_cast<uint32_t>(-1000);
-  EXPECT_EQ(Told(library.RF_WiFiRssi()), "not_collected");
-  answers["EC_ReadEcFwRev"] = 0x4142;
-  EXPECT_EQ(library.EC_ReadEcFwRev(), 0x4142u);
-  answers["EC_ReadEcFwRev"] = 65535;
-  EXPECT_EQ(Told(library.EC_ReadEcFwRev()), "unsupported");
-  answers["Power_Read_ACDCMode"] = 1;
-  EXPECT_EQ(library.Power_Read_ACDCMode(), true);
-  answers["Power_Read_ACDCMode"] = 255;
-  EXPECT_EQ(Told(library.Power_Read_ACDCMode()), "no_answer");
-  for (const auto& [answer, told] : {std::pair{1u, "value"}, {0u, "refused"}, {0xFFFFFFFFu, "unsupported"}, {2u, "refused"}}) {
+  const auto expect = [&](const char* name, uint32_t answer, auto ask, auto value) {
+    answers[name] = answer;
+    calls.clear();
+    EXPECT_EQ((library.*ask)(), value) << name;
+    EXPECT_EQ(calls.size(), 1u) << name;  // a plain answer costs no further call
+  };
+#define EXPECT_ANSWER(name, answer, value) expect(#name, static_cast<uint32_t>(answer), &Library::name, value)
+  EXPECT_ANSWER(BatteryHealthyTable_Rsoc, 84, 84u);
+  EXPECT_ANSWER(BatteryHealthyTable_Rsoc, VEXA_NO_ANSWER, std::unexpected(Reason::kNoAnswer));
+  EXPECT_ANSWER(BatteryHealthyTable_Current, 0xFFFFFF38, -200);
+  EXPECT_ANSWER(RF_WiFiRssi, -52, -52);
+  EXPECT_ANSWER(RF_WiFiRssi, -1000, std::unexpected(Reason::kNotCollected));
+  EXPECT_ANSWER(EC_ReadEcFwRev, 0x4142, 0x4142u);
+  EXPECT_ANSWER(EC_ReadEcFwRev, 65535, std::unexpected(Reason::kUnsupported));
+  EXPECT_ANSWER(Power_Read_ACDCMode, 1, true);
+  EXPECT_ANSWER(Power_Read_ACDCMode, 255, std::unexpected(Reason::kNoAnswer));
+#undef EXPECT_ANSWER
+  for (const auto& [answer, told] :
+       {std::pair{1u, "value"}, {0u, "refused"}, {0xFFFFFFFFu, "unsupported"}, {2u, "refused"}}) {
     answers["Adapter_Clear_Charger_Data"] = answer;
     EXPECT_EQ(Told(library.Adapter_Clear_Charger_Data()), told);
   }
