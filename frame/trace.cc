@@ -5,7 +5,6 @@
 #include <evntprov.h>
 
 #include <atomic>
-#include <bit>
 #include <cwchar>
 
 #include "frame/trace_metadata.h"
@@ -22,6 +21,9 @@ constexpr ULONG kControlEnable = 1;         // EVENT_CONTROL_CODE_ENABLE_PROVIDE
 constexpr ULONG kTypeEventMetadata = 1;     // EVENT_DATA_DESCRIPTOR_TYPE_EVENT_METADATA
 constexpr ULONG kTypeProviderMetadata = 2;  // EVENT_DATA_DESCRIPTOR_TYPE_PROVIDER_METADATA
 constexpr ULONG kProviderSetTraits = 2;     // EventProviderSetTraits of EVENT_INFO_CLASS
+// That enumeration ends below the value there, and a variable of it could not hold it.
+extern "C" ULONG EVNTAPI SetInformation(REGHANDLE provider, ULONG kind, const void* information,
+                                        ULONG size) __asm__("EventSetInformation");
 
 constexpr uint16_t kEveryLevel = 256;  // one above the highest level that a session can ask for
 constexpr uint16_t kUnregistered = 257;
@@ -68,8 +70,7 @@ class Provider {
     REGHANDLE handle = 0;
     if (EventRegister(&kProviderId, OnEnable, nullptr, &handle) == ERROR_SUCCESS) {
       g_handle = handle;
-      EventSetInformation(handle, std::bit_cast<EVENT_INFO_CLASS>(kProviderSetTraits),
-                          const_cast<TraceTraits*>(&kMetadata.provider.traits), sizeof kMetadata.provider.traits);
+      SetInformation(handle, kProviderSetTraits, &kMetadata.provider.traits, sizeof kMetadata.provider.traits);
     }
     // Unless a session has asked for a level meanwhile.
     uint16_t unregistered = kUnregistered;
