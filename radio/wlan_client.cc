@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstring>
 
 #include "frame/optional_library.h"
 #include "radio/bss_list.h"
@@ -40,7 +41,9 @@ std::optional<Value> Query(HANDLE client, const GUID& interface_id, WLAN_INTF_OP
                                                          &size, &data, nullptr);
   const Owner<void*, FreeWlanMemory> memory(data);
   if (error != ERROR_SUCCESS || !memory || size < sizeof(Value)) return std::nullopt;
-  return *static_cast<const Value*>(data);
+  Value value;
+  std::memcpy(&value, data, sizeof value);
+  return value;
 }
 
 }  // namespace
@@ -89,7 +92,10 @@ std::expected<WlanBssList, DWORD> WlanClient::AccessPoints(const GUID& interface
 
 Bytes BytesOf(const WlanBssList& list) noexcept {
   if (!list) return {};
-  return {reinterpret_cast<const uint8_t*>(list.get()), list.get()->dwTotalSize};
+  const auto* const bytes = reinterpret_cast<const uint8_t*>(list.get());
+  DWORD size = 0;  // the first field
+  std::memcpy(&size, bytes, sizeof size);
+  return {bytes, size};
 }
 
 }  // namespace vexa
