@@ -12,7 +12,6 @@ size_t RunningThreads();
 
 struct HeapUse {
   size_t blocks = 0, bytes = 0;
-  bool operator==(const HeapUse&) const = default;
 };
 // Of all heaps: that of the process, where COM's texts, arrays and task memory live, and those of the C runtimes.
 HeapUse UseOfHeaps();
