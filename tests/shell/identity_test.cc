@@ -6,15 +6,13 @@
 #include <optional>
 
 #include "frame/library_state.h"
+#include "tests/support/ec_test.h"
 #include "tests/support/registry_script.h"
-#include "tests/support/scripted_ec.h"
-#include "tests/support/shell_test.h"
 
 namespace vexa::test {
 namespace {
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\Vexa\\Vexa System Control Interface\\VexaSystemAnalysis";
-constexpr uint32_t kNoAnswer = 0x7FFFFFFF;
 
 struct Member {
   const char* name;
@@ -24,17 +22,16 @@ struct Member {
   uint32_t answer;
 };
 
+// clang-format off: one member a row
 const Member kMembers[] = {
     {"ChipId", EC_ReadEcChipId, L"EcChipId", {"bb 10 read"}, 0x85},
-    {"ChipName",
-     EC_ReadEcChipName,
-     L"EcChipName",
-     {"bb 12 read", "bb 13 read", "bb 14 read", "bb 15 read"},
+    {"ChipName", EC_ReadEcChipName, L"EcChipName", {"bb 12 read", "bb 13 read", "bb 14 read", "bb 15 read"},
      0xD8565839},
     {"FwRev", EC_ReadEcFwRev, L"EcFwRev", {"bb 51 read", "bb 03 read", "bb 04 read"}, 0x4143},
 };
+// clang-format on
 
-class Identity : public ShellTest {
+class Identity : public EcTest {
  protected:
   Identity() {
     Forget();
@@ -64,7 +61,6 @@ class Identity : public ShellTest {
 
   std::map<uint8_t, uint8_t> registers_{{0x03, 'A'}, {0x04, 'C'}, {0x10, 0x85}, {0x12, 0xD8},
                                         {0x13, 'V'}, {0x14, 'X'}, {0x15, '9'},  {0x51, 0x81}};
-  ScriptedEc ec_;
 };
 
 TEST_F(Identity, AskedOnceAndThenAnsweredFromTheRegistry) {
@@ -83,18 +79,15 @@ TEST_F(Identity, AskedOnceAndThenAnsweredFromTheRegistry) {
 
 TEST_F(Identity, EachExchangeFailingInTurnLeavesTheRegistryAlone) {
   for (const Member& member : kMembers) {
-    for (size_t i = 0; i < member.exchanges.size(); ++i) {
-      for (const ScriptedEc::Failure failure : {ScriptedEc::Failure::kStatus, ScriptedEc::Failure::kRequest}) {
-        SCOPED_TRACE(member.name);
-        ec_.FailExchange(static_cast<int>(i), failure);
-        EXPECT_EQ(member.call(), kNoAnswer) << "exchange " << i;
-        EXPECT_THAT(ec_.TakeExchanges(), ElementsAreArray(member.exchanges.begin(),
-                                                          member.exchanges.begin() + static_cast<ptrdiff_t>(i) + 1));
-        EXPECT_FALSE(IsKept(member.value));
-      }
-    }
+    SCOPED_TRACE(member.name);
+    FailEachExchange(
+        member.exchanges.size(), [&] { ec_.TakeExchanges(); },
+        [&](size_t i, ScriptedEc::Failure) {
+          EXPECT_EQ(member.call(), kNoAnswer);
+          EXPECT_EQ(ec_.TakeExchanges(), FirstOf(member.exchanges, i + 1));
+          EXPECT_FALSE(IsKept(member.value));
+        });
     // The next call tries again.
-    ec_.FailExchange(-1, ScriptedEc::Failure::kNone);
     EXPECT_EQ(member.call(), member.answer);
     ec_.TakeExchanges();
   }
@@ -128,16 +121,20 @@ TEST_F(Identity, AnythingElseIsMissingAndReplaced) {
       Store(member.value, REG_SZ, text, (std::wcslen(text) + 1) * sizeof(wchar_t));
       expect_replaced(Narrow(text));
     }
-    Store(member.value, REG_BINARY, bytes, 4);
-    expect_replaced("four bytes");
-    Store(member.value, REG_QWORD, bytes, 8);
-    expect_replaced("a number of 64 bits");
-    Store(member.value, REG_DWORD, bytes, 2);
-    expect_replaced("a short number");
-    Store(member.value, REG_DWORD, bytes, 8);
-    expect_replaced("a long number");
-    Store(member.value, REG_EXPAND_SZ, L"12", 6);
-    expect_replaced("a text of another kind");
+    const struct {
+      const char* what;
+      DWORD type;
+      const void* bytes;
+      size_t size;
+    } others[] = {{"four bytes", REG_BINARY, bytes, 4},
+                  {"a number of 64 bits", REG_QWORD, bytes, 8},
+                  {"a short number", REG_DWORD, bytes, 2},
+                  {"a long number", REG_DWORD, bytes, 8},
+                  {"a text of another kind", REG_EXPAND_SZ, L"12", 6}};
+    for (const auto& other : others) {
+      Store(member.value, other.type, other.bytes, other.size);
+      expect_replaced(other.what);
+    }
   }
 }
 
@@ -184,12 +181,12 @@ TEST_F(Identity, RevisionsOfTheEc) {
     registers_[0x51] = one.vendor;
     registers_[0x03] = one.first;
     registers_[0x04] = one.second;
-    TraceRecorder::Get().TakeEvents();
+    Lines();
     EXPECT_EQ(EC_ReadEcFwRev(), one.revision);
     EXPECT_EQ(ec_.TakeExchanges().size(), one.exchanges);
     EXPECT_THAT(Lines(), Contains(one.line));
     EXPECT_EQ(Kept(L"EcFwRev"), one.revision);
-    TraceRecorder::Get().TakeEvents();
+    Lines();
     EXPECT_EQ(EC_ReadEcFwRev(), one.revision);
     EXPECT_THAT(Lines(), Not(Contains(one.line)));
   }
@@ -200,11 +197,9 @@ TEST_F(Identity, ProjectInformationIsAskedEachTime) {
   registers_[0x51] = 0;
   EXPECT_EQ(EC_ReadProjectInformation(), 0u);
   EXPECT_THAT(ec_.TakeExchanges(), ElementsAre("bb 51 read", "bb 51 read"));
-  for (const ScriptedEc::Failure failure : {ScriptedEc::Failure::kStatus, ScriptedEc::Failure::kRequest}) {
-    ec_.FailExchange(0, failure);
-    EXPECT_EQ(EC_ReadProjectInformation(), kNoAnswer);
-    ec_.TakeExchanges();
-  }
+  FailEachExchange(
+      1, [&] { ec_.TakeExchanges(); },
+      [&](size_t, ScriptedEc::Failure) { EXPECT_EQ(EC_ReadProjectInformation(), kNoAnswer); });
   for (const Member& member : kMembers) EXPECT_FALSE(IsKept(member.value));
 }
 

@@ -303,21 +303,6 @@ TEST_F(WmiInvokerCom, WithoutTheFlagTheCallersComIsUsed) {
   CoUninitialize();
 }
 
-TEST_F(WmiInvokerCom, NinthAbandonedCallStartsNothingAndEndsWithTheSameLine) {
-  wmi.Block("ConnectServer");
-  for (int i = 0; i < 8; ++i) EXPECT_EQ(wmiMethod_ATD_STS(L"m", {}, L"value"), L"");
-  EXPECT_EQ(CountTasks().abandoned, 8);
-  EXPECT_GE(wmi.TakeWaits().size(), 8u);
-  EXPECT_EQ(CountOf(wmi.TakeCalls(), "ConnectServer ROOT\\WMI null null null 0 null"), 8);
-  event_log.TakeMessages();
-  EXPECT_EQ(wmiMethod_ATD_STS_UINT(L"m", {}, L"value"), 0u);
-  EXPECT_THAT(event_log.TakeMessages(), ElementsAre("[wmiMethod_ATD_STS_UINT] Step3 Connection timed out."));
-  EXPECT_THAT(wmi.TakeWaits(), IsEmpty());
-  EXPECT_THAT(wmi.TakeCalls(),
-              ElementsAre("CoInitializeEx 0", "CoCreateInstance WbemLocator null 1", "CoUninitialize"));
-  EXPECT_EQ(wmi.apartments_of_tasks(), 8);
-}
-
 BOOL WINAPI NoSubmission(PTP_SIMPLE_CALLBACK, PVOID, PTP_CALLBACK_ENVIRON) { return FALSE; }
 
 TEST_F(WmiInvokerCom, PoolWithoutRoomIsAFailedConnection) {
