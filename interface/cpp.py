@@ -31,10 +31,9 @@ def texts(export):
 
 
 def facts(export):
-    if not export.doubt:
-        return "{}"
-    return (f"{{detail::Doubt::{DOUBT[export.doubt]}, {export.minimum_table_version}, "
-            f"{'false' if export.routes['arm64'] == 'none' else 'true'}}}")
+    flag = lambda value: "true" if value else "false"
+    return (f"    {{\"{export.name}\", {export.minimum_table_version or 0}, {flag(export.routes['arm64'] != 'none')}, "
+            f"{flag(export.doubt)}}},")
 
 
 def parameters(export):
@@ -58,7 +57,7 @@ def call(export, passed):
     function, place, kind = f"decltype(&::{export.name})", f"{export.ordinal - 1}", export.result["kind"]
     if kind in ("number", "flag"):
         value = "bool" if kind == "flag" else "int32_t" if export.result["signed"] else "uint32_t"
-        return f"Answer<{value}>", f"Number<{value}, {function}>({place}, {numbers(export)}, {facts(export)}{passed})"
+        return f"Answer<{value}>", f"Number<{value}, {function}>({place}, {numbers(export)}, detail::Doubt::{DOUBT[export.doubt]}{passed})"
     if kind == "done":
         return "Answer<void>", f"Done<{function}>({place}, {numbers(export)}{passed})"
     if kind == "record":
@@ -131,6 +130,6 @@ def header(exports, top):
     names = [f'    case {constant(name)}: return "{name}";' for name in top["reasons"]]
     text = TEMPLATE.read_text(encoding="utf-8")
     for mark, made in (("REASONS", reasons), ("REASON_NAMES", names), ("METHODS", methods),
-                       ("NAMES", [f'    "{name}",' for name in exports])):
+                       ("EXPORTS", [facts(export) for export in exports.values()])):
         text = text.replace(f"@{mark}@", "\n".join(made))
     return text.replace("@COUNT@", str(len(exports)))

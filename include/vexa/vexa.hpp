@@ -11,7 +11,7 @@
 //
 // A Library may be copied and used from several threads; each export says in its C header which threads may call it and
 // how long it may wait. An answer that may be a true reading or a failure (0 of a battery value, for instance) is
-// cross-checked by further calls: the pack voltage and the version of the EC's healthy table.
+// cross-checked by further calls: the pack voltage or temperature and the version of the EC's healthy table.
 #ifndef VEXA_VEXA_HPP_
 #define VEXA_VEXA_HPP_
 
@@ -75,6 +75,207 @@ struct DiskUsage {
   std::wstring serials;
 };
 
+// An export as the module gives it; null: the library lacks it.
+using AnyFunction = void (*)();
+
+// What is known of an export besides its answers.
+struct ExportFacts {
+  const char* name;
+  uint32_t least_table_version;  // of the EC's healthy table: below it there is no value; 0: no table is needed
+  bool on_arm64;                 // ARM64 machines have a source for it
+  bool cross_checked;            // an answer that may be a reading or a failure costs further calls
+};
+
+// In the order of the names.
+inline constexpr std::array<ExportFacts, 180> kExports = {{
+    {"Adapter_Clear_Charger_Data", 14, false, false},
+    {"Adapter_Clear_Power_Data_Flag", 14, false, false},
+    {"Adapter_Read_ChampionPort_Watt", 28, true, false},
+    {"Adapter_Read_Charger_Information", 14, false, true},
+    {"Adapter_Read_Charger_Interrupt", 14, false, true},
+    {"Adapter_Read_Contract_PDO", 14, false, false},
+    {"Adapter_Read_PDO", 14, false, false},
+    {"Adapter_Read_PDO1", 14, false, false},
+    {"Adapter_Read_PDO2", 14, false, false},
+    {"Adapter_Read_PDO3", 14, false, false},
+    {"Adapter_Read_PDO4", 14, false, false},
+    {"Adapter_Read_PDO5", 14, false, false},
+    {"Adapter_Read_PDO6", 14, false, false},
+    {"Adapter_Read_PDO7", 14, false, false},
+    {"Adapter_Read_PDO_Watt", 14, false, false},
+    {"Adapter_Read_PD_ADO", 14, false, true},
+    {"Adapter_Read_PD_Get_Emark_Other", 23, false, true},
+    {"Adapter_Read_PD_Get_Emark_PID", 23, false, true},
+    {"Adapter_Read_PD_Get_Emark_VID", 23, false, true},
+    {"Adapter_Read_PD_Get_Emark_XID", 23, false, true},
+    {"Adapter_Read_PD_Get_Source_Cap_Extend_FWVersion", 14, false, true},
+    {"Adapter_Read_PD_Get_Source_Cap_Extend_HWVersion", 14, false, true},
+    {"Adapter_Read_PD_Get_Source_Cap_Extend_PID", 14, false, false},
+    {"Adapter_Read_PD_Get_Source_Cap_Extend_VID", 14, false, false},
+    {"Adapter_Read_PD_Get_Source_Cap_Extend_XID", 14, false, false},
+    {"Adapter_Read_PD_Get_Status_EventFlag", 14, false, true},
+    {"Adapter_Read_PD_Get_Status_Temperature", 14, false, false},
+    {"Adapter_Read_PD_IC_PN", 14, false, false},
+    {"Adapter_Read_Power_Big_Data_Config", 14, false, true},
+    {"Adapter_Read_Power_Data_Flag", 14, false, true},
+    {"Adapter_Read_Standard_Watt", 28, true, false},
+    {"Adapter_Read_Sufficient_Watt", 28, true, false},
+    {"Adapter_Set_Notify_Control", 23, false, false},
+    {"BatteryHealthyTable_ACStatus", 1, true, true},
+    {"BatteryHealthyTable_BatteryError", 1, true, true},
+    {"BatteryHealthyTable_BatteryInformation", 10, false, false},
+    {"BatteryHealthyTable_CellVoltage1", 1, true, true},
+    {"BatteryHealthyTable_CellVoltage2", 1, true, true},
+    {"BatteryHealthyTable_CellVoltage3", 1, true, true},
+    {"BatteryHealthyTable_CellVoltage4", 1, true, true},
+    {"BatteryHealthyTable_ChargingCurrent", 1, false, true},
+    {"BatteryHealthyTable_ChargingVoltage", 1, true, true},
+    {"BatteryHealthyTable_Current", 1, true, true},
+    {"BatteryHealthyTable_CycleCount", 1, true, true},
+    {"BatteryHealthyTable_DesignVoltage", 1, true, true},
+    {"BatteryHealthyTable_DeviceName", 0, true, false},
+    {"BatteryHealthyTable_ECChipID", 0, false, false},
+    {"BatteryHealthyTable_ECChipName", 0, false, false},
+    {"BatteryHealthyTable_FullChargeCapacity", 1, true, true},
+    {"BatteryHealthyTable_FullCharged", 1, false, true},
+    {"BatteryHealthyTable_GaugeIC", 1, true, true},
+    {"BatteryHealthyTable_LidStatus", 1, false, true},
+    {"BatteryHealthyTable_ManufactureDate", 1, true, true},
+    {"BatteryHealthyTable_ManufactureName", 1, true, false},
+    {"BatteryHealthyTable_ManufactureNameBySMBus", 0, true, false},
+    {"BatteryHealthyTable_PFStatus", 0, false, false},
+    {"BatteryHealthyTable_PackageVoltage", 1, true, true},
+    {"BatteryHealthyTable_ReadVendorType", 0, false, false},
+    {"BatteryHealthyTable_ReadVersion", 0, false, false},
+    {"BatteryHealthyTable_RemainingCapacity", 1, true, true},
+    {"BatteryHealthyTable_Rsoc", 1, true, true},
+    {"BatteryHealthyTable_SafetyStatus", 0, false, false},
+    {"BatteryHealthyTable_SerialNumber", 1, true, true},
+    {"BatteryHealthyTable_Temperature", 1, true, true},
+    {"BatteryHealthyTable_TimeoutStatus", 1, false, true},
+    {"EC_ReadEcChipId", 0, true, false},
+    {"EC_ReadEcChipName", 0, true, false},
+    {"EC_ReadEcFwRev", 0, true, false},
+    {"EC_ReadProjectInformation", 0, false, false},
+    {"GetDriverVersion", 0, false, false},
+    {"GetInfVersion", 0, true, false},
+    {"GetIoDllVersion", 0, true, false},
+    {"GetRefCount", 0, false, false},
+    {"GetUWPVersion", 0, true, false},
+    {"HealthyTable_FanCounts", 1, true, false},
+    {"HealthyTable_FanRPM", 1, true, false},
+    {"HealthyTable_GetFanTestMode", 1, true, false},
+    {"HealthyTable_Read_BoardTS0L_Temperature", 1, true, false},
+    {"HealthyTable_Read_Cpu_Temperature", 1, true, false},
+    {"HealthyTable_Read_Fan", 1, true, false},
+    {"HealthyTable_SetFanIndex", 1, false, false},
+    {"HealthyTable_SetFanPwmDuty", 1, false, false},
+    {"HealthyTable_SetFanTestMode", 1, true, false},
+    {"InitializeWinIo", 0, true, false},
+    {"Power_PD_Charging", 8, false, true},
+    {"Power_Read_ACDCMode", 0, true, false},
+    {"Power_Set_Monitor_PowerDropped", 19, false, false},
+    {"Quillo_Read_Cpu_Temperature", 1, true, false},
+    {"Quillo_Read_Fan", 1, true, false},
+    {"RF_AP_MAC", 0, true, false},
+    {"RF_BTConnectedNum", 0, true, false},
+    {"RF_BTConnectedType", 0, true, false},
+    {"RF_BTIsUsed", 0, true, false},
+    {"RF_Net_Connected_Type", 0, true, false},
+    {"RF_PhyMode", 0, true, false},
+    {"RF_USBHDMIIsUsed", 0, true, false},
+    {"RF_USBISTYPEC", 0, true, false},
+    {"RF_USBIsTranster", 0, true, false},
+    {"RF_USBNum", 0, true, false},
+    {"RF_USBPort", 0, true, false},
+    {"RF_USB_A_Num", 0, true, false},
+    {"RF_USB_C_Num", 0, true, false},
+    {"RF_WiFiCardName", 0, true, false},
+    {"RF_WiFiChannel", 0, true, false},
+    {"RF_WiFiIsConnected", 0, true, false},
+    {"RF_WiFiMaxRate", 0, true, false},
+    {"RF_WiFiRssi", 0, true, false},
+    {"RF_WiFi_2_4G_AP_Ch_Num", 0, true, false},
+    {"RF_WiFi_2_4G_AP_Num", 0, true, false},
+    {"RF_WiFi_2_4G_AP_RSSI_Num", 0, true, false},
+    {"RF_WiFi_5G_AP_Band_Num", 0, true, false},
+    {"RF_WiFi_5G_AP_Num", 0, true, false},
+    {"RF_WiFi_5G_AP_RSSI_Num", 0, true, false},
+    {"RF_WiFi_6G_AP_NUII_Num", 0, true, false},
+    {"RF_WiFi_6G_AP_Num", 0, true, false},
+    {"RF_WiFi_6G_AP_RSSI_Num", 0, true, false},
+    {"RF_WiFi_Main_Aux_Rssi", 0, true, false},
+    {"ShutdownWinIo", 0, true, false},
+    {"StopWinIoDriver", 0, false, false},
+    {"System_Check_S_Mode", 0, true, false},
+    {"System_Read_LocalTime", 0, true, false},
+    {"System_Read_TabletMode", 0, false, false},
+    {"System_Read_VolumeLevel", 0, true, false},
+    {"TraceOutput", 0, true, false},
+    {"TraceOutputCritical", 0, true, false},
+    {"WMICheckAppExist", 0, true, false},
+    {"WMICheckBatteryHealthSupport", 0, true, false},
+    {"WMICheckQuietFanSupport", 0, true, false},
+    {"WMIGet90Number", 0, true, false},
+    {"WMIGetAppPath", 0, true, false},
+    {"WMIGetBatteryHealth", 0, true, false},
+    {"WMIGetBiosManufacture", 0, true, false},
+    {"WMIGetBiosReleaseDate", 0, true, false},
+    {"WMIGetBiosVersion", 0, true, false},
+    {"WMIGetBoardUUID", 0, true, false},
+    {"WMIGetCPUArchitecture", 0, true, false},
+    {"WMIGetCPUInfo", 0, true, false},
+    {"WMIGetCPUUsg", 0, true, false},
+    {"WMIGetCardReaderCaption", 0, true, false},
+    {"WMIGetComputerFamilyName", 0, true, false},
+    {"WMIGetExternMonitorNum", 0, true, false},
+    {"WMIGetExternMonitorPropList", 0, true, false},
+    {"WMIGetGPUInfo", 0, true, false},
+    {"WMIGetGPUUsg", 0, true, false},
+    {"WMIGetHDDCaption", 0, true, false},
+    {"WMIGetHDDInfo", 0, true, false},
+    {"WMIGetHDDList", 0, true, false},
+    {"WMIGetHDDModel", 0, true, false},
+    {"WMIGetHDDSize", 0, true, false},
+    {"WMIGetHDDUsage", 0, true, false},
+    {"WMIGetLCDModel", 0, true, false},
+    {"WMIGetMacAddress", 0, true, false},
+    {"WMIGetMemFrequency", 0, true, false},
+    {"WMIGetMemInfo", 0, true, false},
+    {"WMIGetMemManufacture", 0, true, false},
+    {"WMIGetMemModel", 0, true, false},
+    {"WMIGetMemSize", 0, true, false},
+    {"WMIGetModelName", 0, true, false},
+    {"WMIGetMonitorBrightness", 0, true, false},
+    {"WMIGetOSInfo", 0, true, false},
+    {"WMIGetPhysicalDiskInfo", 0, true, false},
+    {"WMIGetProductName", 0, true, false},
+    {"WMIGetQuietFan", 0, true, false},
+    {"WMIGetSDCardCaption", 0, true, false},
+    {"WMIGetSDCardSize", 0, true, false},
+    {"WMIGetSN", 0, true, false},
+    {"WMIGetSSDList", 0, true, false},
+    {"WMIGetSSDModel", 0, true, false},
+    {"WMIGetSSDUsage", 0, true, false},
+    {"WMIGetSystemChassisTypes", 0, true, false},
+    {"WMIGetType2SN", 0, true, false},
+    {"WMIGetWiFiBytesPersec", 0, true, false},
+    {"WMIGetWiFiCardName", 0, true, false},
+    {"WMISetAppPath", 0, true, false},
+    {"WMISetBatteryHealth", 0, true, false},
+    {"WMISetBatteryHealthToUser", 0, true, false},
+    {"WMISetQuietFan", 0, true, false},
+    {"WOA_EC_read", 0, true, false},
+    {"WOA_EC_write", 0, true, false},
+    {"wmiadd", 0, true, false},
+}};
+
+// Null for a name that is no export's.
+constexpr const ExportFacts* FindExport(std::string_view name) {
+  const auto found = std::ranges::find(kExports, name, &ExportFacts::name);
+  return found == kExports.end() ? nullptr : &*found;
+}
+
 namespace detail {
 
 struct Reserved {
@@ -90,208 +291,16 @@ struct ReservedText {
 
 enum class Doubt { kNone, kBattery, kVersion };
 
-// What else is known of an export that answers a number.
-struct Facts {
-  Doubt doubt = Doubt::kNone;
-  uint32_t least_version = 0;
-  bool on_arm64 = true;  // ARM64 machines have a source for it
-};
-
-using AnyFunction = void (*)();
-
-inline constexpr std::array<const char*, 180> kNames = {
-    "Adapter_Clear_Charger_Data",
-    "Adapter_Clear_Power_Data_Flag",
-    "Adapter_Read_ChampionPort_Watt",
-    "Adapter_Read_Charger_Information",
-    "Adapter_Read_Charger_Interrupt",
-    "Adapter_Read_Contract_PDO",
-    "Adapter_Read_PDO",
-    "Adapter_Read_PDO1",
-    "Adapter_Read_PDO2",
-    "Adapter_Read_PDO3",
-    "Adapter_Read_PDO4",
-    "Adapter_Read_PDO5",
-    "Adapter_Read_PDO6",
-    "Adapter_Read_PDO7",
-    "Adapter_Read_PDO_Watt",
-    "Adapter_Read_PD_ADO",
-    "Adapter_Read_PD_Get_Emark_Other",
-    "Adapter_Read_PD_Get_Emark_PID",
-    "Adapter_Read_PD_Get_Emark_VID",
-    "Adapter_Read_PD_Get_Emark_XID",
-    "Adapter_Read_PD_Get_Source_Cap_Extend_FWVersion",
-    "Adapter_Read_PD_Get_Source_Cap_Extend_HWVersion",
-    "Adapter_Read_PD_Get_Source_Cap_Extend_PID",
-    "Adapter_Read_PD_Get_Source_Cap_Extend_VID",
-    "Adapter_Read_PD_Get_Source_Cap_Extend_XID",
-    "Adapter_Read_PD_Get_Status_EventFlag",
-    "Adapter_Read_PD_Get_Status_Temperature",
-    "Adapter_Read_PD_IC_PN",
-    "Adapter_Read_Power_Big_Data_Config",
-    "Adapter_Read_Power_Data_Flag",
-    "Adapter_Read_Standard_Watt",
-    "Adapter_Read_Sufficient_Watt",
-    "Adapter_Set_Notify_Control",
-    "BatteryHealthyTable_ACStatus",
-    "BatteryHealthyTable_BatteryError",
-    "BatteryHealthyTable_BatteryInformation",
-    "BatteryHealthyTable_CellVoltage1",
-    "BatteryHealthyTable_CellVoltage2",
-    "BatteryHealthyTable_CellVoltage3",
-    "BatteryHealthyTable_CellVoltage4",
-    "BatteryHealthyTable_ChargingCurrent",
-    "BatteryHealthyTable_ChargingVoltage",
-    "BatteryHealthyTable_Current",
-    "BatteryHealthyTable_CycleCount",
-    "BatteryHealthyTable_DesignVoltage",
-    "BatteryHealthyTable_DeviceName",
-    "BatteryHealthyTable_ECChipID",
-    "BatteryHealthyTable_ECChipName",
-    "BatteryHealthyTable_FullChargeCapacity",
-    "BatteryHealthyTable_FullCharged",
-    "BatteryHealthyTable_GaugeIC",
-    "BatteryHealthyTable_LidStatus",
-    "BatteryHealthyTable_ManufactureDate",
-    "BatteryHealthyTable_ManufactureName",
-    "BatteryHealthyTable_ManufactureNameBySMBus",
-    "BatteryHealthyTable_PFStatus",
-    "BatteryHealthyTable_PackageVoltage",
-    "BatteryHealthyTable_ReadVendorType",
-    "BatteryHealthyTable_ReadVersion",
-    "BatteryHealthyTable_RemainingCapacity",
-    "BatteryHealthyTable_Rsoc",
-    "BatteryHealthyTable_SafetyStatus",
-    "BatteryHealthyTable_SerialNumber",
-    "BatteryHealthyTable_Temperature",
-    "BatteryHealthyTable_TimeoutStatus",
-    "EC_ReadEcChipId",
-    "EC_ReadEcChipName",
-    "EC_ReadEcFwRev",
-    "EC_ReadProjectInformation",
-    "GetDriverVersion",
-    "GetInfVersion",
-    "GetIoDllVersion",
-    "GetRefCount",
-    "GetUWPVersion",
-    "HealthyTable_FanCounts",
-    "HealthyTable_FanRPM",
-    "HealthyTable_GetFanTestMode",
-    "HealthyTable_Read_BoardTS0L_Temperature",
-    "HealthyTable_Read_Cpu_Temperature",
-    "HealthyTable_Read_Fan",
-    "HealthyTable_SetFanIndex",
-    "HealthyTable_SetFanPwmDuty",
-    "HealthyTable_SetFanTestMode",
-    "InitializeWinIo",
-    "Power_PD_Charging",
-    "Power_Read_ACDCMode",
-    "Power_Set_Monitor_PowerDropped",
-    "Quillo_Read_Cpu_Temperature",
-    "Quillo_Read_Fan",
-    "RF_AP_MAC",
-    "RF_BTConnectedNum",
-    "RF_BTConnectedType",
-    "RF_BTIsUsed",
-    "RF_Net_Connected_Type",
-    "RF_PhyMode",
-    "RF_USBHDMIIsUsed",
-    "RF_USBISTYPEC",
-    "RF_USBIsTranster",
-    "RF_USBNum",
-    "RF_USBPort",
-    "RF_USB_A_Num",
-    "RF_USB_C_Num",
-    "RF_WiFiCardName",
-    "RF_WiFiChannel",
-    "RF_WiFiIsConnected",
-    "RF_WiFiMaxRate",
-    "RF_WiFiRssi",
-    "RF_WiFi_2_4G_AP_Ch_Num",
-    "RF_WiFi_2_4G_AP_Num",
-    "RF_WiFi_2_4G_AP_RSSI_Num",
-    "RF_WiFi_5G_AP_Band_Num",
-    "RF_WiFi_5G_AP_Num",
-    "RF_WiFi_5G_AP_RSSI_Num",
-    "RF_WiFi_6G_AP_NUII_Num",
-    "RF_WiFi_6G_AP_Num",
-    "RF_WiFi_6G_AP_RSSI_Num",
-    "RF_WiFi_Main_Aux_Rssi",
-    "ShutdownWinIo",
-    "StopWinIoDriver",
-    "System_Check_S_Mode",
-    "System_Read_LocalTime",
-    "System_Read_TabletMode",
-    "System_Read_VolumeLevel",
-    "TraceOutput",
-    "TraceOutputCritical",
-    "WMICheckAppExist",
-    "WMICheckBatteryHealthSupport",
-    "WMICheckQuietFanSupport",
-    "WMIGet90Number",
-    "WMIGetAppPath",
-    "WMIGetBatteryHealth",
-    "WMIGetBiosManufacture",
-    "WMIGetBiosReleaseDate",
-    "WMIGetBiosVersion",
-    "WMIGetBoardUUID",
-    "WMIGetCPUArchitecture",
-    "WMIGetCPUInfo",
-    "WMIGetCPUUsg",
-    "WMIGetCardReaderCaption",
-    "WMIGetComputerFamilyName",
-    "WMIGetExternMonitorNum",
-    "WMIGetExternMonitorPropList",
-    "WMIGetGPUInfo",
-    "WMIGetGPUUsg",
-    "WMIGetHDDCaption",
-    "WMIGetHDDInfo",
-    "WMIGetHDDList",
-    "WMIGetHDDModel",
-    "WMIGetHDDSize",
-    "WMIGetHDDUsage",
-    "WMIGetLCDModel",
-    "WMIGetMacAddress",
-    "WMIGetMemFrequency",
-    "WMIGetMemInfo",
-    "WMIGetMemManufacture",
-    "WMIGetMemModel",
-    "WMIGetMemSize",
-    "WMIGetModelName",
-    "WMIGetMonitorBrightness",
-    "WMIGetOSInfo",
-    "WMIGetPhysicalDiskInfo",
-    "WMIGetProductName",
-    "WMIGetQuietFan",
-    "WMIGetSDCardCaption",
-    "WMIGetSDCardSize",
-    "WMIGetSN",
-    "WMIGetSSDList",
-    "WMIGetSSDModel",
-    "WMIGetSSDUsage",
-    "WMIGetSystemChassisTypes",
-    "WMIGetType2SN",
-    "WMIGetWiFiBytesPersec",
-    "WMIGetWiFiCardName",
-    "WMISetAppPath",
-    "WMISetBatteryHealth",
-    "WMISetBatteryHealthToUser",
-    "WMISetQuietFan",
-    "WOA_EC_read",
-    "WOA_EC_write",
-    "wmiadd",
-};
-
-// Where an export stands in kNames; a name that is not there does not compile.
+// Where an export stands in kExports; a name that is not there does not compile.
 consteval size_t Place(std::string_view name) {
   size_t place = 0;
-  while (name != kNames.at(place)) ++place;
+  while (name != kExports.at(place).name) ++place;
   return place;
 }
 
 struct Functions {
   std::shared_ptr<void> module;
-  std::array<AnyFunction, kNames.size()> by_place = {};
+  std::array<AnyFunction, kExports.size()> by_place = {};
   void (*free_text)(void*) = nullptr;  // CoTaskMemFree
 };
 
@@ -333,14 +342,14 @@ class Session {
 class Library {
  public:
   // Resolves an export by its name; null: the library lacks it.
-  using Resolve = detail::AnyFunction (*)(void* module, const char* name);
+  using Resolve = AnyFunction (*)(void* module, const char* name);
 
   // Over a module that somebody else loaded; it is let go with the last copy of this object and the last Session.
   static Library Over(std::shared_ptr<void> module, Resolve resolve, void (*free_text)(void*)) {
     auto functions = std::make_shared<detail::Functions>();
     functions->free_text = free_text;
-    for (size_t i = 0; i < detail::kNames.size(); ++i) {
-      functions->by_place[i] = resolve(module.get(), detail::kNames[i]);
+    for (size_t i = 0; i < kExports.size(); ++i) {
+      functions->by_place[i] = resolve(module.get(), kExports[i].name);
     }
     functions->module = std::move(module);
     return Library(std::move(functions));
@@ -375,6 +384,12 @@ class Library {
     return Session(functions_);
   }
 
+  // An export as it stands in its C header, for what the methods below do not tell; null: the library lacks it.
+  AnyFunction Find(std::string_view name) const {
+    const ExportFacts* facts = FindExport(name);
+    return facts == nullptr ? nullptr : functions_->by_place[static_cast<size_t>(facts - kExports.data())];
+  }
+
   // Speeds of all fans, in the order of their indexes; selects each in turn, for all programs.
   Answer<std::vector<Answer<uint32_t>>> HealthyTable_Read_Fan() const {
     const auto function = Get<decltype(&::HealthyTable_Read_Fan)>(detail::Place("HealthyTable_Read_Fan"));
@@ -402,18 +417,18 @@ class Library {
   // Version word of the kernel driver.
   Answer<uint32_t> GetDriverVersion() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<uint32_t, decltype(&::GetDriverVersion)>(69, Table{{{0u, Reason::kNoAnswer}}}, {});
+    return Number<uint32_t, decltype(&::GetDriverVersion)>(69, Table{{{0u, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Version of this interface: always 0x00010001, major version in the high half.
   Answer<uint32_t> GetIoDllVersion() const {
-    return Number<uint32_t, decltype(&::GetIoDllVersion)>(71, {}, {});
+    return Number<uint32_t, decltype(&::GetIoDllVersion)>(71, {}, detail::Doubt::kNone);
   }
 
   // The kernel driver's own count of its users, over all processes.
   Answer<uint32_t> GetRefCount() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<uint32_t, decltype(&::GetRefCount)>(72, Table{{{0u, Reason::kNoAnswer}}}, {});
+    return Number<uint32_t, decltype(&::GetRefCount)>(72, Table{{{0u, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Stops the driver service.
@@ -424,7 +439,7 @@ class Library {
 
   // x + 1, wrapping at 32 bits: tells that the library is loaded and called rightly.
   Answer<uint32_t> wmiadd(uint32_t x) const {
-    return Number<uint32_t, decltype(&::wmiadd)>(179, {}, {}, x);
+    return Number<uint32_t, decltype(&::wmiadd)>(179, {}, detail::Doubt::kNone, x);
   }
 
   // ---- A caller's own lines in the trace ----
@@ -445,14 +460,14 @@ class Library {
   Answer<bool> BatteryHealthyTable_ACStatus() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<bool, decltype(&::BatteryHealthyTable_ACStatus)>(
-        33, Table{{{0u, Reason::kNoAnswer, true}}}, {detail::Doubt::kBattery, 1, true});
+        33, Table{{{0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // 1: the EC reports a battery error.
   Answer<bool> BatteryHealthyTable_BatteryError() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<bool, decltype(&::BatteryHealthyTable_BatteryError)>(
-        34, Table{{{0u, Reason::kNoAnswer, true}}}, {detail::Doubt::kBattery, 1, true});
+        34, Table{{{0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // The 32 bytes of the battery's manufacture information as "0x.." texts, joined by commas.
@@ -465,32 +480,28 @@ class Library {
   Answer<uint32_t> BatteryHealthyTable_CellVoltage1() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_CellVoltage1)>(
-        36, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        36, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Voltage of cell 2; a pack with fewer cells reports 0 for the others. A number of 16 bits, in mV.
   Answer<uint32_t> BatteryHealthyTable_CellVoltage2() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_CellVoltage2)>(
-        37, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        37, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Voltage of cell 3; a pack with fewer cells reports 0 for the others. A number of 16 bits, in mV.
   Answer<uint32_t> BatteryHealthyTable_CellVoltage3() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_CellVoltage3)>(
-        38, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        38, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Voltage of cell 4; a pack with fewer cells reports 0 for the others. A number of 16 bits, in mV.
   Answer<uint32_t> BatteryHealthyTable_CellVoltage4() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_CellVoltage4)>(
-        39, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        39, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Charging current that the gauge asks for. A signed number of 16 bits, in mA.
@@ -498,7 +509,7 @@ class Library {
     using Table = std::array<detail::Reserved, 3>;
     return Number<int32_t, decltype(&::BatteryHealthyTable_ChargingCurrent)>(
         40, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported, true},
-        {0u, Reason::kUnsupported, true}}}, {detail::Doubt::kBattery, 1, false});
+        {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Charging voltage that the gauge asks for. A number of 16 bits, in mV.
@@ -506,7 +517,7 @@ class Library {
     using Table = std::array<detail::Reserved, 3>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_ChargingVoltage)>(
         41, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported},
-        {0u, Reason::kNoAnswer, true}}}, {detail::Doubt::kBattery, 1, true});
+        {0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // Current; negative while discharging. A signed number of 16 bits, in mA.
@@ -514,7 +525,7 @@ class Library {
     using Table = std::array<detail::Reserved, 3>;
     return Number<int32_t, decltype(&::BatteryHealthyTable_Current)>(
         42, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported, true},
-        {0u, Reason::kNoAnswer, true}}}, {detail::Doubt::kBattery, 1, true});
+        {0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // Charge cycles so far.
@@ -522,15 +533,14 @@ class Library {
     using Table = std::array<detail::Reserved, 3>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_CycleCount)>(
         43, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported},
-        {0u, Reason::kNoAnswer, true}}}, {detail::Doubt::kBattery, 1, true});
+        {0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // Design voltage. A number of 16 bits, in mV.
   Answer<uint32_t> BatteryHealthyTable_DesignVoltage() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_DesignVoltage)>(
-        44, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        44, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Device name of the battery from the gauge (register 0x21), at most 32 characters.
@@ -543,7 +553,7 @@ class Library {
   Answer<uint32_t> BatteryHealthyTable_ECChipID() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_ECChipID)>(
-        46, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        46, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Name of the EC chip, at most 14 characters.
@@ -557,32 +567,28 @@ class Library {
   Answer<uint32_t> BatteryHealthyTable_FullChargeCapacity() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_FullChargeCapacity)>(
-        48, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        48, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // 1: the battery is fully charged.
   Answer<bool> BatteryHealthyTable_FullCharged() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<bool, decltype(&::BatteryHealthyTable_FullCharged)>(
-        49, Table{{{0x7FFFFFFFu, Reason::kUnsupported}, {0u, Reason::kNoAnswer, true}}},
-        {detail::Doubt::kBattery, 1, false});
+        49, Table{{{0x7FFFFFFFu, Reason::kUnsupported}, {0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // Code of the gauge chip.
   Answer<uint32_t> BatteryHealthyTable_GaugeIC() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_GaugeIC)>(
-        50, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        50, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Lid state byte of the EC.
   Answer<uint32_t> BatteryHealthyTable_LidStatus() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_LidStatus)>(
-        51, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, false});
+        51, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Date of manufacture: day in bits 0-4, month in bits 5-8, year since 1980 in bits 9-15. A number of 16 bits, in
@@ -591,7 +597,7 @@ class Library {
     using Table = std::array<detail::Reserved, 3>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_ManufactureDate)>(
         52, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported},
-        {0u, Reason::kNoAnswer, true}}}, {detail::Doubt::kBattery, 1, true});
+        {0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // Manufacturer of the battery from the healthy table, at most 16 characters.
@@ -611,7 +617,7 @@ class Library {
   Answer<uint32_t> BatteryHealthyTable_PFStatus() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_PFStatus)>(
-        55, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        55, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Voltage of the pack. A number of 16 bits, in mV.
@@ -619,21 +625,21 @@ class Library {
     using Table = std::array<detail::Reserved, 3>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_PackageVoltage)>(
         56, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported},
-        {0u, Reason::kNoAnswer, true}}}, {detail::Doubt::kBattery, 1, true});
+        {0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // Bit 7 of the EC's project information.
   Answer<bool> BatteryHealthyTable_ReadVendorType() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<bool, decltype(&::BatteryHealthyTable_ReadVendorType)>(
-        57, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        57, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Version of the healthy table, 0 to 255; 0: the EC has none.
   Answer<uint32_t> BatteryHealthyTable_ReadVersion() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_ReadVersion)>(
-        58, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        58, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Remaining capacity in the gauge's unit: mAh, or 10 mWh as bit 15 of the battery mode says. A number of 16 bits,
@@ -641,31 +647,28 @@ class Library {
   Answer<uint32_t> BatteryHealthyTable_RemainingCapacity() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_RemainingCapacity)>(
-        59, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        59, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Relative state of charge, of the full-charge capacity. A number of 16 bits, in %.
   Answer<uint32_t> BatteryHealthyTable_Rsoc() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_Rsoc)>(
-        60, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        60, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Safety status of the gauge (register 0x51).
   Answer<uint32_t> BatteryHealthyTable_SafetyStatus() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_SafetyStatus)>(
-        61, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        61, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Serial number.
   Answer<uint32_t> BatteryHealthyTable_SerialNumber() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_SerialNumber)>(
-        62, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}},
-        {detail::Doubt::kBattery, 1, true});
+        62, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0u, Reason::kUnsupported, true}}}, detail::Doubt::kBattery);
   }
 
   // Temperature of the pack. A number of 16 bits, in 0.1 K.
@@ -673,14 +676,14 @@ class Library {
     using Table = std::array<detail::Reserved, 3>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_Temperature)>(
         63, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported},
-        {0u, Reason::kNoAnswer, true}}}, {detail::Doubt::kBattery, 1, true});
+        {0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // Charge-error status byte of the EC; 0: no charge time-out.
   Answer<uint32_t> BatteryHealthyTable_TimeoutStatus() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::BatteryHealthyTable_TimeoutStatus)>(
-        64, Table{{{0u, Reason::kNoAnswer, true}}}, {detail::Doubt::kBattery, 1, false});
+        64, Table{{{0u, Reason::kNoAnswer, true}}}, detail::Doubt::kBattery);
   }
 
   // ---- Power adapter, USB Power Delivery and the power source ----
@@ -702,175 +705,176 @@ class Library {
   Answer<uint32_t> Adapter_Read_ChampionPort_Watt() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_ChampionPort_Watt)>(
-        2, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        2, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Charger information byte.
   Answer<uint32_t> Adapter_Read_Charger_Information() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_Charger_Information)>(
-        3, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 14, false});
+        3, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Charger interrupt byte.
   Answer<uint32_t> Adapter_Read_Charger_Interrupt() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_Charger_Interrupt)>(
-        4, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 14, false});
+        4, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // The PDO that the contract rests on; 0: no contract. A number of 32 bits, in PDO.
   Answer<uint32_t> Adapter_Read_Contract_PDO() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_Contract_PDO)>(
-        5, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        5, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // One PDO of the attached source; 0: the source has none at this place. A number of 32 bits, in PDO.
   Answer<uint32_t> Adapter_Read_PDO(uint32_t index) const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PDO)>(
-        6, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {}, index);
+        6, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}},
+        detail::Doubt::kNone, index);
   }
 
   // PDO 1 of the attached source; 0: the source has none at this place. A number of 32 bits, in PDO.
   Answer<uint32_t> Adapter_Read_PDO1() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PDO1)>(
-        7, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        7, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // PDO 2 of the attached source; 0: the source has none at this place. A number of 32 bits, in PDO.
   Answer<uint32_t> Adapter_Read_PDO2() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PDO2)>(
-        8, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        8, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // PDO 3 of the attached source; 0: the source has none at this place. A number of 32 bits, in PDO.
   Answer<uint32_t> Adapter_Read_PDO3() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PDO3)>(
-        9, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        9, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // PDO 4 of the attached source; 0: the source has none at this place. A number of 32 bits, in PDO.
   Answer<uint32_t> Adapter_Read_PDO4() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PDO4)>(
-        10, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        10, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // PDO 5 of the attached source; 0: the source has none at this place. A number of 32 bits, in PDO.
   Answer<uint32_t> Adapter_Read_PDO5() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PDO5)>(
-        11, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        11, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // PDO 6 of the attached source; 0: the source has none at this place. A number of 32 bits, in PDO.
   Answer<uint32_t> Adapter_Read_PDO6() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PDO6)>(
-        12, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        12, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // PDO 7 of the attached source; 0: the source has none at this place. A number of 32 bits, in PDO.
   Answer<uint32_t> Adapter_Read_PDO7() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PDO7)>(
-        13, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        13, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // The EC's wattage record of the PDOs, as the EC holds it.
   Answer<uint32_t> Adapter_Read_PDO_Watt() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PDO_Watt)>(
-        14, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        14, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Type byte of the last alert data object.
   Answer<uint32_t> Adapter_Read_PD_ADO() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_ADO)>(
-        15, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 14, false});
+        15, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // What else the cable's electronic marker tells.
   Answer<uint32_t> Adapter_Read_PD_Get_Emark_Other() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Emark_Other)>(
-        16, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 23, false});
+        16, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Product id of the cable's electronic marker.
   Answer<uint32_t> Adapter_Read_PD_Get_Emark_PID() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Emark_PID)>(
-        17, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 23, false});
+        17, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Vendor id of the cable's electronic marker.
   Answer<uint32_t> Adapter_Read_PD_Get_Emark_VID() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Emark_VID)>(
-        18, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 23, false});
+        18, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Id that the certification gave the cable.
   Answer<uint32_t> Adapter_Read_PD_Get_Emark_XID() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Emark_XID)>(
-        19, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 23, false});
+        19, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Firmware version of the source.
   Answer<uint32_t> Adapter_Read_PD_Get_Source_Cap_Extend_FWVersion() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Source_Cap_Extend_FWVersion)>(
-        20, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 14, false});
+        20, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Hardware version of the source.
   Answer<uint32_t> Adapter_Read_PD_Get_Source_Cap_Extend_HWVersion() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Source_Cap_Extend_HWVersion)>(
-        21, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 14, false});
+        21, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Product id of the source.
   Answer<uint32_t> Adapter_Read_PD_Get_Source_Cap_Extend_PID() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Source_Cap_Extend_PID)>(
-        22, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        22, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // USB vendor id of the source.
   Answer<uint32_t> Adapter_Read_PD_Get_Source_Cap_Extend_VID() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Source_Cap_Extend_VID)>(
-        23, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        23, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Id that the certification gave the source; 0: none.
   Answer<uint32_t> Adapter_Read_PD_Get_Source_Cap_Extend_XID() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Source_Cap_Extend_XID)>(
-        24, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        24, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Event flags of the source's status.
   Answer<uint32_t> Adapter_Read_PD_Get_Status_EventFlag() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Status_EventFlag)>(
-        25, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 14, false});
+        25, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Temperature inside the source. A number of 8 bits, in degC.
   Answer<uint32_t> Adapter_Read_PD_Get_Status_Temperature() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_PD_Get_Status_Temperature)>(
-        26, Table{{{0u, Reason::kNoAnswer}}}, {});
+        26, Table{{{0u, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Part number of the PD controller.
@@ -882,28 +886,28 @@ class Library {
   Answer<uint32_t> Adapter_Read_Power_Big_Data_Config() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_Power_Big_Data_Config)>(
-        28, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 14, false});
+        28, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Data flags: which of the EC's power data are new. Above table version 23 reading clears them.
   Answer<uint32_t> Adapter_Read_Power_Data_Flag() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Adapter_Read_Power_Data_Flag)>(
-        29, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 14, false});
+        29, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Wattage of the adapter that the machine is sold with. A number of 16 bits, in W.
   Answer<uint32_t> Adapter_Read_Standard_Watt() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_Standard_Watt)>(
-        30, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        30, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Least wattage that is enough for the machine. A number of 16 bits, in W.
   Answer<uint32_t> Adapter_Read_Sufficient_Watt() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::Adapter_Read_Sufficient_Watt)>(
-        31, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        31, Table{{{0xFFFFFFFFu, Reason::kUnsupported}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Sets the notification control byte.
@@ -916,13 +920,13 @@ class Library {
   Answer<bool> Power_PD_Charging() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<bool, decltype(&::Power_PD_Charging)>(
-        84, Table{{{0u, Reason::kUnsupported, true}}}, {detail::Doubt::kVersion, 8, false});
+        84, Table{{{0u, Reason::kUnsupported, true}}}, detail::Doubt::kVersion);
   }
 
   // Power line as the system knows it: 0 on battery, 1 on external power.
   Answer<bool> Power_Read_ACDCMode() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<bool, decltype(&::Power_Read_ACDCMode)>(85, Table{{{255u, Reason::kNoAnswer}}}, {});
+    return Number<bool, decltype(&::Power_Read_ACDCMode)>(85, Table{{{255u, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Has the EC watch for drops of the power, or no longer.
@@ -936,35 +940,36 @@ class Library {
   // Number of fans.
   Answer<uint32_t> HealthyTable_FanCounts() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<uint32_t, decltype(&::HealthyTable_FanCounts)>(74, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+    return Number<uint32_t, decltype(&::HealthyTable_FanCounts)>(
+        74, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Speed of the selected fan. A number of 16 bits, in rpm.
   Answer<uint32_t> HealthyTable_FanRPM() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::HealthyTable_FanRPM)>(
-        75, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported}}}, {});
+        75, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported}}}, detail::Doubt::kNone);
   }
 
   // Test mode of the fans: 0 off; on x64 the EC's byte as it is.
   Answer<uint32_t> HealthyTable_GetFanTestMode() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::HealthyTable_GetFanTestMode)>(
-        76, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        76, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Temperature of board sensor 0; 0 also when there is no board sensor. A number of 8 bits, in degC.
   Answer<uint32_t> HealthyTable_Read_BoardTS0L_Temperature() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::HealthyTable_Read_BoardTS0L_Temperature)>(
-        77, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        77, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Temperature of the CPU. A number of 8 bits, in degC.
   Answer<uint32_t> HealthyTable_Read_Cpu_Temperature() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::HealthyTable_Read_Cpu_Temperature)>(
-        78, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        78, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Selects the fan that HealthyTable_FanRPM and HealthyTable_SetFanPwmDuty speak of.
@@ -990,7 +995,7 @@ class Library {
   Answer<uint32_t> Quillo_Read_Cpu_Temperature() const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::Quillo_Read_Cpu_Temperature)>(
-        87, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        87, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Speed of one fan, under the fan mutex. A number of 16 bits, in rpm.
@@ -998,7 +1003,7 @@ class Library {
     using Table = std::array<detail::Reserved, 3>;
     return Number<uint32_t, decltype(&::Quillo_Read_Fan)>(
         88, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFFFFFu, Reason::kUnsupported},
-        {0u, Reason::kNotPresent, true}}}, {}, index);
+        {0u, Reason::kNotPresent, true}}}, detail::Doubt::kNone, index);
   }
 
   // ---- Identity of the embedded controller ----
@@ -1006,13 +1011,15 @@ class Library {
   // Chip id.
   Answer<uint32_t> EC_ReadEcChipId() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<uint32_t, decltype(&::EC_ReadEcChipId)>(65, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+    return Number<uint32_t, decltype(&::EC_ReadEcChipId)>(
+        65, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // The first four characters of the chip's name, the first in the top byte. A number of 32 bits, in 4 characters.
   Answer<uint32_t> EC_ReadEcChipName() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<uint32_t, decltype(&::EC_ReadEcChipName)>(66, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+    return Number<uint32_t, decltype(&::EC_ReadEcChipName)>(
+        66, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Firmware revision: its two characters, the first in bits 8-15. A number of 16 bits, in 2 characters.
@@ -1020,13 +1027,14 @@ class Library {
     using Table = std::array<detail::Reserved, 3>;
     return Number<uint32_t, decltype(&::EC_ReadEcFwRev)>(
         67, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}, {0xFFFFu, Reason::kUnsupported},
-        {0x7FFFu, Reason::kUnsupported}}}, {});
+        {0x7FFFu, Reason::kUnsupported}}}, detail::Doubt::kNone);
   }
 
   // Project information byte; bit 7: the EC reports a firmware revision. Never kept.
   Answer<uint32_t> EC_ReadProjectInformation() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<uint32_t, decltype(&::EC_ReadProjectInformation)>(68, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+    return Number<uint32_t, decltype(&::EC_ReadProjectInformation)>(
+        68, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // ---- The EC byte by byte over the firmware ----
@@ -1034,7 +1042,8 @@ class Library {
   // Reads one byte of an EC table.
   Answer<int32_t> WOA_EC_read(uint8_t offset, uint8_t table) const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<int32_t, decltype(&::WOA_EC_read)>(177, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {}, offset, table);
+    return Number<int32_t, decltype(&::WOA_EC_read)>(
+        177, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone, offset, table);
   }
 
   // Writes one byte of an EC table.
@@ -1047,19 +1056,19 @@ class Library {
 
   // 1 when the stored application folder exists.
   Answer<bool> WMICheckAppExist(uint32_t com_flag = 1) const {
-    return Number<bool, decltype(&::WMICheckAppExist)>(125, {}, {}, com_flag);
+    return Number<bool, decltype(&::WMICheckAppExist)>(125, {}, detail::Doubt::kNone, com_flag);
   }
 
   // 1 when the firmware can limit the charge, 0 when not or when it does not answer.
   Answer<bool> WMICheckBatteryHealthSupport(uint32_t com_flag = 1) const {
-    return Number<bool, decltype(&::WMICheckBatteryHealthSupport)>(126, {}, {}, com_flag);
+    return Number<bool, decltype(&::WMICheckBatteryHealthSupport)>(126, {}, detail::Doubt::kNone, com_flag);
   }
 
   // The firmware's quiet fan: 1 on, 0 off.
   Answer<bool> WMICheckQuietFanSupport(uint32_t com_flag = 1) const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<bool, decltype(&::WMICheckQuietFanSupport)>(
-        127, Table{{{0xFFFFFFFFu, Reason::kUnsupported}}}, {}, com_flag);
+        127, Table{{{0xFFFFFFFFu, Reason::kUnsupported}}}, detail::Doubt::kNone, com_flag);
   }
 
   // The application folder of the signed-in user.
@@ -1070,12 +1079,12 @@ class Library {
 
   // The remembered charge limit; 100 for everything unknown. A number of 32 bits, in %.
   Answer<uint32_t> WMIGetBatteryHealth(uint32_t com_flag = 1) const {
-    return Number<uint32_t, decltype(&::WMIGetBatteryHealth)>(130, {}, {}, com_flag);
+    return Number<uint32_t, decltype(&::WMIGetBatteryHealth)>(130, {}, detail::Doubt::kNone, com_flag);
   }
 
   // The remembered quiet-fan mode: 1 to 3; 0 for everything unknown.
   Answer<uint32_t> WMIGetQuietFan(uint32_t com_flag = 1) const {
-    return Number<uint32_t, decltype(&::WMIGetQuietFan)>(162, {}, {}, com_flag);
+    return Number<uint32_t, decltype(&::WMIGetQuietFan)>(162, {}, detail::Doubt::kNone, com_flag);
   }
 
   // Remembers the application folder of the signed-in user.
@@ -1138,7 +1147,7 @@ class Library {
   Answer<uint32_t> WMIGetCPUArchitecture(uint32_t com_flag = 1) const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::WMIGetCPUArchitecture)>(
-        135, Table{{{0xFFFFFFFFu, Reason::kNoAnswer}}}, {}, com_flag);
+        135, Table{{{0xFFFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone, com_flag);
   }
 
   // Name of each processor.
@@ -1151,7 +1160,8 @@ class Library {
   // %.
   Answer<uint32_t> WMIGetCPUUsg(uint32_t com_flag = 1) const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<uint32_t, decltype(&::WMIGetCPUUsg)>(137, Table{{{0xFFFFFFFFu, Reason::kNoAnswer}}}, {}, com_flag);
+    return Number<uint32_t, decltype(&::WMIGetCPUUsg)>(
+        137, Table{{{0xFFFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone, com_flag);
   }
 
   // Caption of the built-in card reader, when it is of the known kind.
@@ -1170,7 +1180,7 @@ class Library {
   Answer<uint32_t> WMIGetExternMonitorNum(uint32_t com_flag = 1) const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::WMIGetExternMonitorNum)>(
-        140, Table{{{0u, Reason::kNoAnswer, true}}}, {}, com_flag);
+        140, Table{{{0u, Reason::kNoAnswer, true}}}, detail::Doubt::kNone, com_flag);
   }
 
   // "instance name,vot=technology" of each external monitor.
@@ -1190,7 +1200,8 @@ class Library {
   // bits, in %.
   Answer<uint32_t> WMIGetGPUUsg(uint32_t com_flag = 1) const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<uint32_t, decltype(&::WMIGetGPUUsg)>(143, Table{{{0xFFFFFFFFu, Reason::kNoAnswer}}}, {}, com_flag);
+    return Number<uint32_t, decltype(&::WMIGetGPUUsg)>(
+        143, Table{{{0xFFFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone, com_flag);
   }
 
   // Caption of each fixed disk of any kind.
@@ -1282,7 +1293,7 @@ class Library {
   Answer<uint32_t> WMIGetMonitorBrightness(uint32_t com_flag = 1) const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::WMIGetMonitorBrightness)>(
-        158, Table{{{0xFFFFFFFFu, Reason::kNoAnswer}}}, {}, com_flag);
+        158, Table{{{0xFFFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone, com_flag);
   }
 
   // Caption and architecture of the operating system.
@@ -1390,14 +1401,14 @@ class Library {
   Answer<uint32_t> RF_WiFiChannel() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::RF_WiFiChannel)>(
-        103, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        103, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // 1: a Wi-Fi interface is connected, 0: none is.
   Answer<bool> RF_WiFiIsConnected() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<bool, decltype(&::RF_WiFiIsConnected)>(
-        104, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        104, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Greatest rate that the connected access point can receive; 0: its beacon does not tell. A number of 32 bits, in
@@ -1405,14 +1416,14 @@ class Library {
   Answer<uint32_t> RF_WiFiMaxRate() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::RF_WiFiMaxRate)>(
-        105, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        105, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Signal strength of the connected access point. A signed number of 32 bits, in dBm.
   Answer<int32_t> RF_WiFiRssi() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<int32_t, decltype(&::RF_WiFiRssi)>(
-        106, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        106, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Access points on 2.4 GHz by channel, as JSON with text counts.
@@ -1426,7 +1437,7 @@ class Library {
   Answer<uint32_t> RF_WiFi_2_4G_AP_Num() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::RF_WiFi_2_4G_AP_Num)>(
-        108, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        108, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Access points on 2.4 GHz by signal strength, as JSON with text counts.
@@ -1447,7 +1458,7 @@ class Library {
   Answer<uint32_t> RF_WiFi_5G_AP_Num() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::RF_WiFi_5G_AP_Num)>(
-        111, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        111, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Access points on 5 GHz by signal strength, as JSON with text counts.
@@ -1468,7 +1479,7 @@ class Library {
   Answer<uint32_t> RF_WiFi_6G_AP_Num() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::RF_WiFi_6G_AP_Num)>(
-        114, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        114, Table{{{0xFFFFFC18u, Reason::kNotCollected}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Access points on 6 GHz by signal strength, as JSON with text counts.
@@ -1490,7 +1501,7 @@ class Library {
   Answer<uint32_t> RF_BTConnectedNum() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<uint32_t, decltype(&::RF_BTConnectedNum)>(
-        90, Table{{{0xFFFFFC18u, Reason::kNotPresent}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        90, Table{{{0xFFFFFC18u, Reason::kNotPresent}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // The kinds of the connected Bluetooth devices, one word for each, each ended by ";".
@@ -1505,7 +1516,7 @@ class Library {
   Answer<bool> RF_BTIsUsed() const {
     using Table = std::array<detail::Reserved, 2>;
     return Number<bool, decltype(&::RF_BTIsUsed)>(
-        92, Table{{{0xFFFFFC18u, Reason::kNotPresent}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+        92, Table{{{0xFFFFFC18u, Reason::kNotPresent}, {0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // The kind of the network link: "ETHERNET", "WWANPP2", "WIFI".
@@ -1518,20 +1529,22 @@ class Library {
   // 1: an HDMI monitor was connected while collecting.
   Answer<bool> RF_USBHDMIIsUsed() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<bool, decltype(&::RF_USBHDMIIsUsed)>(95, Table{{{0u, Reason::kNoAnswer, true}}}, {});
+    return Number<bool, decltype(&::RF_USBHDMIIsUsed)>(
+        95, Table{{{0u, Reason::kNoAnswer, true}}}, detail::Doubt::kNone);
   }
 
   // Whether a USB device is plugged into a type-C port: 2 type C, 1 other.
   Answer<uint32_t> RF_USBISTYPEC(const std::wstring& device_instance_id) const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<uint32_t, decltype(&::RF_USBISTYPEC)>(
-        96, Table{{{0u, Reason::kNotPresent}}}, {}, device_instance_id.c_str());
+        96, Table{{{0u, Reason::kNotPresent}}}, detail::Doubt::kNone, device_instance_id.c_str());
   }
 
   // 1: a disk was busy while collecting.
   Answer<bool> RF_USBIsTranster() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<bool, decltype(&::RF_USBIsTranster)>(97, Table{{{0u, Reason::kNoAnswer, true}}}, {});
+    return Number<bool, decltype(&::RF_USBIsTranster)>(
+        97, Table{{{0u, Reason::kNoAnswer, true}}}, detail::Doubt::kNone);
   }
 
   // USB mass-storage devices by USB version, as JSON with text counts.
@@ -1548,12 +1561,12 @@ class Library {
 
   // User-accessible ports with a device on them whose connector is not type C.
   Answer<uint32_t> RF_USB_A_Num() const {
-    return Number<uint32_t, decltype(&::RF_USB_A_Num)>(100, {}, {});
+    return Number<uint32_t, decltype(&::RF_USB_A_Num)>(100, {}, detail::Doubt::kNone);
   }
 
   // User-accessible type-C ports with a device on them.
   Answer<uint32_t> RF_USB_C_Num() const {
-    return Number<uint32_t, decltype(&::RF_USB_C_Num)>(101, {}, {});
+    return Number<uint32_t, decltype(&::RF_USB_C_Num)>(101, {}, detail::Doubt::kNone);
   }
 
   // ---- State of the operating system and installed versions ----
@@ -1572,7 +1585,7 @@ class Library {
 
   // 1: Windows runs in S mode; 0 also when the system can't tell.
   Answer<bool> System_Check_S_Mode() const {
-    return Number<bool, decltype(&::System_Check_S_Mode)>(119, {}, {});
+    return Number<bool, decltype(&::System_Check_S_Mode)>(119, {}, detail::Doubt::kNone);
   }
 
   // The local time as "2026-02-03 09:05:00".
@@ -1584,7 +1597,8 @@ class Library {
   // The EC's tablet-mode byte; 0: a notebook, also on machines whose EC reports no firmware revision.
   Answer<uint32_t> System_Read_TabletMode() const {
     using Table = std::array<detail::Reserved, 1>;
-    return Number<uint32_t, decltype(&::System_Read_TabletMode)>(121, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, {});
+    return Number<uint32_t, decltype(&::System_Read_TabletMode)>(
+        121, Table{{{0x7FFFFFFFu, Reason::kNoAnswer}}}, detail::Doubt::kNone);
   }
 
   // Master volume of the default speaker, cut to a whole number; muting does not show. A signed number of 32 bits, in
@@ -1592,7 +1606,7 @@ class Library {
   Answer<int32_t> System_Read_VolumeLevel(uint8_t initialize_com = 1) const {
     using Table = std::array<detail::Reserved, 1>;
     return Number<int32_t, decltype(&::System_Read_VolumeLevel)>(
-        122, Table{{{0xFFFFFFFFu, Reason::kNotPresent}}}, {}, initialize_com);
+        122, Table{{{0xFFFFFFFFu, Reason::kNotPresent}}}, detail::Doubt::kNone, initialize_com);
   }
 
  private:
@@ -1601,8 +1615,8 @@ class Library {
   explicit Library(std::shared_ptr<const detail::Functions> functions) : functions_(std::move(functions)) {}
 
 #ifdef _WIN32
-  static detail::AnyFunction FromModule(void* module, const char* name) {
-    return reinterpret_cast<detail::AnyFunction>(
+  static AnyFunction FromModule(void* module, const char* name) {
+    return reinterpret_cast<AnyFunction>(
         reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name)));
   }
 
@@ -1619,24 +1633,34 @@ class Library {
     return reinterpret_cast<Function>(functions_->by_place[place]);
   }
 
+  // The answer of a plain reading for the cross-check; what is no plain number counts as none.
+  uint32_t Ask(size_t place) const {
+    const auto read = Get<uint32_t (*)()>(place);
+    return read == nullptr ? VEXA_NO_ANSWER : read();
+  }
+
   // Nothing: the doubtful answer is a true reading.
-  std::optional<Reason> Doubtful(const detail::Facts& facts) const {
-    const auto read_version = Get<uint32_t (*)()>(detail::Place("BatteryHealthyTable_ReadVersion"));
-    const auto read_voltage = Get<uint32_t (*)()>(detail::Place("BatteryHealthyTable_PackageVoltage"));
-    const bool ask_voltage = facts.doubt == detail::Doubt::kBattery && read_voltage != nullptr;
-    const uint32_t voltage = ask_voltage ? read_voltage() : VEXA_NO_ANSWER;
-    const bool answered = ask_voltage && voltage != 0 && voltage != VEXA_NO_ANSWER && voltage != VEXA_NOT_AVAILABLE;
+  std::optional<Reason> Doubtful(const ExportFacts& facts, detail::Doubt doubt) const {
+    constexpr auto kIsPlain = [](uint32_t answer) {
+      return answer != 0 && answer != VEXA_NO_ANSWER && answer != VEXA_NOT_AVAILABLE;
+    };
+    const size_t voltage_place = detail::Place("BatteryHealthyTable_PackageVoltage");
+    const bool ask_battery = doubt == detail::Doubt::kBattery && functions_->by_place[voltage_place] != nullptr;
+    const uint32_t voltage = ask_battery ? Ask(voltage_place) : VEXA_NO_ANSWER;
+    // A firmware call that failed answers 0 too: the pack's temperature stands in for its voltage.
+    const bool answered = kIsPlain(voltage) || (ask_battery && voltage == 0 &&
+                                                kIsPlain(Ask(detail::Place("BatteryHealthyTable_Temperature"))));
     if (answered && facts.on_arm64) return std::nullopt;
-    const uint32_t version = read_version == nullptr ? VEXA_NO_ANSWER : read_version();
-    // A pack voltage without a version: an ARM64 machine, whose gauge is asked through the firmware.
+    const uint32_t version = Ask(detail::Place("BatteryHealthyTable_ReadVersion"));
+    // A battery without a version: an ARM64 machine, whose gauge is asked through the firmware.
     if (version == VEXA_NO_ANSWER) return answered ? Reason::kUnsupported : Reason::kNoAnswer;
-    if (version < facts.least_version) return Reason::kUnsupported;
-    if (ask_voltage && (voltage == VEXA_NO_ANSWER || voltage == VEXA_NOT_AVAILABLE)) return Reason::kNoAnswer;
+    if (version < facts.least_table_version) return Reason::kUnsupported;
+    if (ask_battery && (voltage == VEXA_NO_ANSWER || voltage == VEXA_NOT_AVAILABLE)) return Reason::kNoAnswer;
     return std::nullopt;
   }
 
   template <typename Value, typename Function, typename... Arguments>
-  Answer<Value> Number(size_t place, std::span<const detail::Reserved> reserved, const detail::Facts& facts,
+  Answer<Value> Number(size_t place, std::span<const detail::Reserved> reserved, detail::Doubt doubt,
                        Arguments... arguments) const {
     const auto function = Get<Function>(place);
     if (function == nullptr) return std::unexpected(Reason::kMissingExport);
@@ -1644,11 +1668,12 @@ class Library {
     for (const detail::Reserved& one : reserved) {
       if (one.value != answer) continue;
       if (!one.also_reading) return std::unexpected(one.reason);
-      if (facts.doubt == detail::Doubt::kNone) break;
-      if (const std::optional<Reason> reason = Doubtful(facts)) return std::unexpected(*reason);
+      if (doubt == detail::Doubt::kNone) break;
+      if (const std::optional<Reason> reason = Doubtful(kExports[place], doubt)) return std::unexpected(*reason);
       break;
     }
     if constexpr (std::is_same_v<Value, bool>) {
+      if (answer > 1) return std::unexpected(Reason::kNoAnswer);  // no flag has such an answer
       return answer != 0;
     } else {
       return static_cast<Value>(answer);
@@ -1657,7 +1682,7 @@ class Library {
 
   template <typename Function, typename... Arguments>
   Answer<void> Done(size_t place, std::span<const detail::Reserved> reserved, Arguments... arguments) const {
-    const Answer<uint32_t> answer = Number<uint32_t, Function>(place, reserved, {}, arguments...);
+    const Answer<uint32_t> answer = Number<uint32_t, Function>(place, reserved, detail::Doubt::kNone, arguments...);
     if (!answer) return std::unexpected(answer.error());
     if (*answer != 1) return std::unexpected(Reason::kRefused);
     return {};
@@ -1722,7 +1747,8 @@ class Library {
     const auto function = Get<Function>(place);
     if (function == nullptr) return std::unexpected(Reason::kMissingExport);
     const VexaText text = function();
-    return detail::JudgeText(std::string(text.text), texts);
+    const std::string_view characters(text.text, sizeof text.text);
+    return detail::JudgeText(std::string(characters.substr(0, characters.find('\0'))), texts);
   }
 
   template <typename Record, typename Function>

@@ -11,7 +11,7 @@
 //
 // A Library may be copied and used from several threads; each export says in its C header which threads may call it and
 // how long it may wait. An answer that may be a true reading or a failure (0 of a battery value, for instance) is
-// cross-checked by further calls: the pack voltage and the version of the EC's healthy table.
+// cross-checked by further calls: the pack voltage or temperature and the version of the EC's healthy table.
 #ifndef VEXA_VEXA_HPP_
 #define VEXA_VEXA_HPP_
 
@@ -67,6 +67,28 @@ struct DiskUsage {
   std::wstring serials;
 };
 
+// An export as the module gives it; null: the library lacks it.
+using AnyFunction = void (*)();
+
+// What is known of an export besides its answers.
+struct ExportFacts {
+  const char* name;
+  uint32_t least_table_version;  // of the EC's healthy table: below it there is no value; 0: no table is needed
+  bool on_arm64;                 // ARM64 machines have a source for it
+  bool cross_checked;            // an answer that may be a reading or a failure costs further calls
+};
+
+// In the order of the names.
+inline constexpr std::array<ExportFacts, @COUNT@> kExports = {{
+@EXPORTS@
+}};
+
+// Null for a name that is no export's.
+constexpr const ExportFacts* FindExport(std::string_view name) {
+  const auto found = std::ranges::find(kExports, name, &ExportFacts::name);
+  return found == kExports.end() ? nullptr : &*found;
+}
+
 namespace detail {
 
 struct Reserved {
@@ -82,29 +104,16 @@ struct ReservedText {
 
 enum class Doubt { kNone, kBattery, kVersion };
 
-// What else is known of an export that answers a number.
-struct Facts {
-  Doubt doubt = Doubt::kNone;
-  uint32_t least_version = 0;
-  bool on_arm64 = true;  // ARM64 machines have a source for it
-};
-
-using AnyFunction = void (*)();
-
-inline constexpr std::array<const char*, @COUNT@> kNames = {
-@NAMES@
-};
-
-// Where an export stands in kNames; a name that is not there does not compile.
+// Where an export stands in kExports; a name that is not there does not compile.
 consteval size_t Place(std::string_view name) {
   size_t place = 0;
-  while (name != kNames.at(place)) ++place;
+  while (name != kExports.at(place).name) ++place;
   return place;
 }
 
 struct Functions {
   std::shared_ptr<void> module;
-  std::array<AnyFunction, kNames.size()> by_place = {};
+  std::array<AnyFunction, kExports.size()> by_place = {};
   void (*free_text)(void*) = nullptr;  // CoTaskMemFree
 };
 
@@ -146,14 +155,14 @@ class Session {
 class Library {
  public:
   // Resolves an export by its name; null: the library lacks it.
-  using Resolve = detail::AnyFunction (*)(void* module, const char* name);
+  using Resolve = AnyFunction (*)(void* module, const char* name);
 
   // Over a module that somebody else loaded; it is let go with the last copy of this object and the last Session.
   static Library Over(std::shared_ptr<void> module, Resolve resolve, void (*free_text)(void*)) {
     auto functions = std::make_shared<detail::Functions>();
     functions->free_text = free_text;
-    for (size_t i = 0; i < detail::kNames.size(); ++i) {
-      functions->by_place[i] = resolve(module.get(), detail::kNames[i]);
+    for (size_t i = 0; i < kExports.size(); ++i) {
+      functions->by_place[i] = resolve(module.get(), kExports[i].name);
     }
     functions->module = std::move(module);
     return Library(std::move(functions));
@@ -188,6 +197,12 @@ class Library {
     return Session(functions_);
   }
 
+  // An export as it stands in its C header, for what the methods below do not tell; null: the library lacks it.
+  AnyFunction Find(std::string_view name) const {
+    const ExportFacts* facts = FindExport(name);
+    return facts == nullptr ? nullptr : functions_->by_place[static_cast<size_t>(facts - kExports.data())];
+  }
+
   // Speeds of all fans, in the order of their indexes; selects each in turn, for all programs.
   Answer<std::vector<Answer<uint32_t>>> HealthyTable_Read_Fan() const {
     const auto function = Get<decltype(&::HealthyTable_Read_Fan)>(detail::Place("HealthyTable_Read_Fan"));
@@ -217,8 +232,8 @@ class Library {
   explicit Library(std::shared_ptr<const detail::Functions> functions) : functions_(std::move(functions)) {}
 
 #ifdef _WIN32
-  static detail::AnyFunction FromModule(void* module, const char* name) {
-    return reinterpret_cast<detail::AnyFunction>(
+  static AnyFunction FromModule(void* module, const char* name) {
+    return reinterpret_cast<AnyFunction>(
         reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name)));
   }
 
@@ -235,24 +250,34 @@ class Library {
     return reinterpret_cast<Function>(functions_->by_place[place]);
   }
 
+  // The answer of a plain reading for the cross-check; what is no plain number counts as none.
+  uint32_t Ask(size_t place) const {
+    const auto read = Get<uint32_t (*)()>(place);
+    return read == nullptr ? VEXA_NO_ANSWER : read();
+  }
+
   // Nothing: the doubtful answer is a true reading.
-  std::optional<Reason> Doubtful(const detail::Facts& facts) const {
-    const auto read_version = Get<uint32_t (*)()>(detail::Place("BatteryHealthyTable_ReadVersion"));
-    const auto read_voltage = Get<uint32_t (*)()>(detail::Place("BatteryHealthyTable_PackageVoltage"));
-    const bool ask_voltage = facts.doubt == detail::Doubt::kBattery && read_voltage != nullptr;
-    const uint32_t voltage = ask_voltage ? read_voltage() : VEXA_NO_ANSWER;
-    const bool answered = ask_voltage && voltage != 0 && voltage != VEXA_NO_ANSWER && voltage != VEXA_NOT_AVAILABLE;
+  std::optional<Reason> Doubtful(const ExportFacts& facts, detail::Doubt doubt) const {
+    constexpr auto kIsPlain = [](uint32_t answer) {
+      return answer != 0 && answer != VEXA_NO_ANSWER && answer != VEXA_NOT_AVAILABLE;
+    };
+    const size_t voltage_place = detail::Place("BatteryHealthyTable_PackageVoltage");
+    const bool ask_battery = doubt == detail::Doubt::kBattery && functions_->by_place[voltage_place] != nullptr;
+    const uint32_t voltage = ask_battery ? Ask(voltage_place) : VEXA_NO_ANSWER;
+    // A firmware call that failed answers 0 too: the pack's temperature stands in for its voltage.
+    const bool answered = kIsPlain(voltage) || (ask_battery && voltage == 0 &&
+                                                kIsPlain(Ask(detail::Place("BatteryHealthyTable_Temperature"))));
     if (answered && facts.on_arm64) return std::nullopt;
-    const uint32_t version = read_version == nullptr ? VEXA_NO_ANSWER : read_version();
-    // A pack voltage without a version: an ARM64 machine, whose gauge is asked through the firmware.
+    const uint32_t version = Ask(detail::Place("BatteryHealthyTable_ReadVersion"));
+    // A battery without a version: an ARM64 machine, whose gauge is asked through the firmware.
     if (version == VEXA_NO_ANSWER) return answered ? Reason::kUnsupported : Reason::kNoAnswer;
-    if (version < facts.least_version) return Reason::kUnsupported;
-    if (ask_voltage && (voltage == VEXA_NO_ANSWER || voltage == VEXA_NOT_AVAILABLE)) return Reason::kNoAnswer;
+    if (version < facts.least_table_version) return Reason::kUnsupported;
+    if (ask_battery && (voltage == VEXA_NO_ANSWER || voltage == VEXA_NOT_AVAILABLE)) return Reason::kNoAnswer;
     return std::nullopt;
   }
 
   template <typename Value, typename Function, typename... Arguments>
-  Answer<Value> Number(size_t place, std::span<const detail::Reserved> reserved, const detail::Facts& facts,
+  Answer<Value> Number(size_t place, std::span<const detail::Reserved> reserved, detail::Doubt doubt,
                        Arguments... arguments) const {
     const auto function = Get<Function>(place);
     if (function == nullptr) return std::unexpected(Reason::kMissingExport);
@@ -260,11 +285,12 @@ class Library {
     for (const detail::Reserved& one : reserved) {
       if (one.value != answer) continue;
       if (!one.also_reading) return std::unexpected(one.reason);
-      if (facts.doubt == detail::Doubt::kNone) break;
-      if (const std::optional<Reason> reason = Doubtful(facts)) return std::unexpected(*reason);
+      if (doubt == detail::Doubt::kNone) break;
+      if (const std::optional<Reason> reason = Doubtful(kExports[place], doubt)) return std::unexpected(*reason);
       break;
     }
     if constexpr (std::is_same_v<Value, bool>) {
+      if (answer > 1) return std::unexpected(Reason::kNoAnswer);  // no flag has such an answer
       return answer != 0;
     } else {
       return static_cast<Value>(answer);
@@ -273,7 +299,7 @@ class Library {
 
   template <typename Function, typename... Arguments>
   Answer<void> Done(size_t place, std::span<const detail::Reserved> reserved, Arguments... arguments) const {
-    const Answer<uint32_t> answer = Number<uint32_t, Function>(place, reserved, {}, arguments...);
+    const Answer<uint32_t> answer = Number<uint32_t, Function>(place, reserved, detail::Doubt::kNone, arguments...);
     if (!answer) return std::unexpected(answer.error());
     if (*answer != 1) return std::unexpected(Reason::kRefused);
     return {};
@@ -338,7 +364,8 @@ class Library {
     const auto function = Get<Function>(place);
     if (function == nullptr) return std::unexpected(Reason::kMissingExport);
     const VexaText text = function();
-    return detail::JudgeText(std::string(text.text), texts);
+    const std::string_view characters(text.text, sizeof text.text);
+    return detail::JudgeText(std::string(characters.substr(0, characters.find('\0'))), texts);
   }
 
   template <typename Record, typename Function>

@@ -19,7 +19,7 @@ using vexa::Library;
 using vexa::Reason;
 
 // The scripted exports answer what stands here, and tell that they were called.
-std::map<std::string, vexa::detail::AnyFunction> exports;
+std::map<std::string, vexa::AnyFunction> exports;
 std::map<std::string, uint32_t> answers;
 std::vector<std::string> calls;
 std::string narrow_text;
@@ -96,7 +96,7 @@ void ScriptedLine(int32_t length, const void*) { line_length = length; }
 
 template <typename Function>
 void Script(const char* name, Function function) {
-  exports[name] = reinterpret_cast<vexa::detail::AnyFunction>(function);
+  exports[name] = reinterpret_cast<vexa::AnyFunction>(function);
 }
 
 class VexaHpp : public testing::Test {
@@ -187,6 +187,7 @@ TEST_F(VexaHpp, NumbersFlagsAndActions) {
   EXPECT_ANSWER(EC_ReadEcFwRev, 0x4142, 0x4142u);
   EXPECT_ANSWER(EC_ReadEcFwRev, 65535, std::unexpected(Reason::kUnsupported));
   EXPECT_ANSWER(Power_Read_ACDCMode, 1, true);
+  EXPECT_ANSWER(Power_Read_ACDCMode, 2, std::unexpected(Reason::kNoAnswer));  // no flag has such an answer
   EXPECT_ANSWER(Power_Read_ACDCMode, 255, std::unexpected(Reason::kNoAnswer));
 #undef EXPECT_ANSWER
   for (const auto& [answer, told] :
