@@ -14,71 +14,34 @@ namespace {
 constexpr Section kAdapter = Section::kAdapter;
 constexpr Section kPd = Section::kPowerDelivery;
 constexpr Gate kTable = Gate::kTable;
-constexpr OnFirmware kNothing = OnFirmware::kNothing;
-constexpr Reserved kZero = Reserved::kZero;
-constexpr Reserved kAllOnes = Reserved::kAllOnes;
 constexpr size_t kPartsOfObject = 6;
 
 // Rows of one power data object: the word itself, and what it says.
-#define VEXA_OBJECT(key, label, name)                                                                                \
-  {key ".word", label, kPd, VEXA_EXPORT(name), Kind::kPowerObject, kTable, kNothing, kAllOnes, 0, 14},               \
-      {key ".supply", label " kind", kPd, VEXA_EXPORT(name), Kind::kText, kTable, kNothing, kAllOnes, 0, 14, true},  \
-      {key ".min_voltage",                                                                                           \
-       label " least voltage",                                                                                       \
-       kPd,                                                                                                          \
-       VEXA_EXPORT(name),                                                                                            \
-       Kind::kMillivolts,                                                                                            \
-       kTable,                                                                                                       \
-       kNothing,                                                                                                     \
-       kAllOnes,                                                                                                     \
-       0,                                                                                                            \
-       14,                                                                                                           \
-       true},                                                                                                        \
-      {key ".max_voltage",                                                                                           \
-       label " largest voltage",                                                                                     \
-       kPd,                                                                                                          \
-       VEXA_EXPORT(name),                                                                                            \
-       Kind::kMillivolts,                                                                                            \
-       kTable,                                                                                                       \
-       kNothing,                                                                                                     \
-       kAllOnes,                                                                                                     \
-       0,                                                                                                            \
-       14,                                                                                                           \
-       true},                                                                                                        \
-      {key ".max_current",                                                                                           \
-       label " largest current",                                                                                     \
-       kPd,                                                                                                          \
-       VEXA_EXPORT(name),                                                                                            \
-       Kind::kMilliampsRequested,                                                                                    \
-       kTable,                                                                                                       \
-       kNothing,                                                                                                     \
-       kAllOnes,                                                                                                     \
-       0,                                                                                                            \
-       14,                                                                                                           \
-       true},                                                                                                        \
-  {                                                                                                                  \
-    key ".max_power", label " largest power", kPd, VEXA_EXPORT(name), Kind::kMilliwatts, kTable, kNothing, kAllOnes, \
-        0, 14, true                                                                                                  \
-  }
+#define VEXA_PART(key, label, name, kind) {key, label, kPd, VEXA_EXPORT(name), kind, kTable, OnFirmware::kPlain, true}
+#define VEXA_OBJECT(key, label, name)                                                           \
+  {key ".word", label, kPd, VEXA_EXPORT(name), Kind::kPowerObject, kTable},                     \
+      VEXA_PART(key ".supply", label " kind", name, Kind::kText),                               \
+      VEXA_PART(key ".min_voltage", label " least voltage", name, Kind::kMillivolts),           \
+      VEXA_PART(key ".max_voltage", label " largest voltage", name, Kind::kMillivolts),         \
+      VEXA_PART(key ".max_current", label " largest current", name, Kind::kMilliampsRequested), \
+      VEXA_PART(key ".max_power", label " largest power", name, Kind::kMilliwatts)
 
 constexpr std::array<Row, 9 + 8 * kPartsOfObject + 13> kRowsOfAdapter = {{
     {"adapter.online", "External power", kAdapter, VEXA_EXPORT(Power_Read_ACDCMode), Kind::kFlag},
-    {"adapter.pd_charging", "Runs on USB PD", kAdapter, VEXA_EXPORT(Power_PD_Charging), Kind::kFlag, kTable, kNothing,
-     kZero, 0, 8},
+    {"adapter.pd_charging", "Runs on USB PD", kAdapter, VEXA_EXPORT(Power_PD_Charging), Kind::kFlag, kTable},
     {"adapter.standard_power", "Adapter sold with it", kAdapter, VEXA_EXPORT(Adapter_Read_Standard_Watt), Kind::kWatts,
-     Gate::kController, OnFirmware::kPlain, Reserved::kNotOffered},
+     Gate::kController},
     {"adapter.sufficient_power", "Least that is enough", kAdapter, VEXA_EXPORT(Adapter_Read_Sufficient_Watt),
-     Kind::kWatts, Gate::kController, OnFirmware::kPlain, Reserved::kNotOffered},
+     Kind::kWatts, Gate::kController},
     {"adapter.champion_port_power", "At the champion port", kAdapter, VEXA_EXPORT(Adapter_Read_ChampionPort_Watt),
-     Kind::kWatts, Gate::kController, OnFirmware::kPlain, Reserved::kNotOffered},
-    {"adapter.controller_part", "PD controller", kAdapter, VEXA_EXPORT(Adapter_Read_PD_IC_PN), Kind::kText, kTable,
-     kNothing, Reserved::kNone, 0, 14},
+     Kind::kWatts, Gate::kController},
+    {"adapter.controller_part", "PD controller", kAdapter, VEXA_OWN_EXPORT(Adapter_Read_PD_IC_PN), Kind::kText, kTable},
     {"charger.interrupt", "Charger interrupt", kAdapter, VEXA_EXPORT(Adapter_Read_Charger_Interrupt), Kind::kHex8,
-     kTable, kNothing, kZero, 0, 14},
+     kTable},
     {"charger.information", "Charger information", kAdapter, VEXA_EXPORT(Adapter_Read_Charger_Information), Kind::kHex8,
-     kTable, kNothing, kZero, 0, 14},
+     kTable},
     {"adapter.data_configuration", "Power data configuration", kAdapter,
-     VEXA_EXPORT(Adapter_Read_Power_Big_Data_Config), Kind::kHex8, kTable, kNothing, kZero, 0, 14},
+     VEXA_EXPORT(Adapter_Read_Power_Big_Data_Config), Kind::kHex8, kTable},
 
     VEXA_OBJECT("adapter.contract", "Contract", Adapter_Read_Contract_PDO),
     VEXA_OBJECT("adapter.pdo.1", "Object 1", Adapter_Read_PDO1),
@@ -88,50 +51,43 @@ constexpr std::array<Row, 9 + 8 * kPartsOfObject + 13> kRowsOfAdapter = {{
     VEXA_OBJECT("adapter.pdo.5", "Object 5", Adapter_Read_PDO5),
     VEXA_OBJECT("adapter.pdo.6", "Object 6", Adapter_Read_PDO6),
     VEXA_OBJECT("adapter.pdo.7", "Object 7", Adapter_Read_PDO7),
-    {"adapter.pdo_power_record", "Wattage record", kPd, VEXA_EXPORT(Adapter_Read_PDO_Watt), Kind::kHex32, kTable,
-     kNothing, kAllOnes, 0, 14},
-    {"adapter.alert", "Last alert", kPd, VEXA_EXPORT(Adapter_Read_PD_ADO), Kind::kHex8, kTable, kNothing, kZero, 0, 14},
+    {"adapter.pdo_power_record", "Wattage record", kPd, VEXA_EXPORT(Adapter_Read_PDO_Watt), Kind::kHex32, kTable},
+    {"adapter.alert", "Last alert", kPd, VEXA_EXPORT(Adapter_Read_PD_ADO), Kind::kHex8, kTable},
     {"adapter.source.vendor_id", "Source vendor", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Source_Cap_Extend_VID),
-     Kind::kHex16, kTable, kNothing, kAllOnes, 0, 14},
+     Kind::kHex16, kTable},
     {"adapter.source.product_id", "Source product", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Source_Cap_Extend_PID),
-     Kind::kHex16, kTable, kNothing, kAllOnes, 0, 14},
+     Kind::kHex16, kTable},
     {"adapter.source.certificate_id", "Source certificate", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Source_Cap_Extend_XID),
-     Kind::kHex32, kTable, kNothing, kAllOnes, 0, 14},
+     Kind::kHex32, kTable},
     {"adapter.source.firmware_version", "Source firmware", kPd,
-     VEXA_EXPORT(Adapter_Read_PD_Get_Source_Cap_Extend_FWVersion), Kind::kHex8, kTable, kNothing, kZero, 0, 14},
+     VEXA_EXPORT(Adapter_Read_PD_Get_Source_Cap_Extend_FWVersion), Kind::kHex8, kTable},
     {"adapter.source.hardware_version", "Source hardware", kPd,
-     VEXA_EXPORT(Adapter_Read_PD_Get_Source_Cap_Extend_HWVersion), Kind::kHex8, kTable, kNothing, kZero, 0, 14},
+     VEXA_EXPORT(Adapter_Read_PD_Get_Source_Cap_Extend_HWVersion), Kind::kHex8, kTable},
     {"adapter.source.temperature", "Source temperature", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Status_Temperature),
-     Kind::kCelsius, kTable, kNothing, kZero, 0, 14},
+     Kind::kCelsius, kTable},
     {"adapter.source.event_flags", "Source event flags", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Status_EventFlag),
-     Kind::kHex8, kTable, kNothing, kZero, 0, 14},
-    {"cable.vendor_id", "Cable vendor", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Emark_VID), Kind::kHex32, kTable, kNothing,
-     kZero, 0, 23},
-    {"cable.product_id", "Cable product", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Emark_PID), Kind::kHex16, kTable,
-     kNothing, kZero, 0, 23},
-    {"cable.certificate_id", "Cable certificate", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Emark_XID), Kind::kHex32, kTable,
-     kNothing, kZero, 0, 23},
-    {"cable.other", "Cable marker, rest", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Emark_Other), Kind::kHex32, kTable,
-     kNothing, kZero, 0, 23},
+     Kind::kHex8, kTable},
+    {"cable.vendor_id", "Cable vendor", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Emark_VID), Kind::kHex32, kTable},
+    {"cable.product_id", "Cable product", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Emark_PID), Kind::kHex16, kTable},
+    {"cable.certificate_id", "Cable certificate", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Emark_XID), Kind::kHex32,
+     kTable},
+    {"cable.other", "Cable marker, rest", kPd, VEXA_EXPORT(Adapter_Read_PD_Get_Emark_Other), Kind::kHex32, kTable},
 }};
 
 #undef VEXA_OBJECT
+#undef VEXA_PART
 
 Reading PowerLineReading(const Session& session, const Row& row) {
-  const auto read = session.Find<decltype(&Power_Read_ACDCMode)>(row.export_name);
-  if (read == nullptr) return MissingExport(row);
-  const uint32_t line = read();
-  if (line == VEXA_AC_LINE_UNKNOWN) return Missing(row, Status::kNoAnswer, "the system does not know");
-  if (line > 1) return OutOfRange(row, {.form = Answer::Form::kNumber, .number = line, .text = {}});
-  return Ok(row, line == 1, "by the system's power status");
+  const Answer answer = row.ask(session.context());
+  if (!answer) return Missing(row, answer.error(), "the system does not know");
+  return Ok(row, answer->number != 0, "by the system's power status");
 }
 
 Reading PartNumber(Session& session, const Row& row) {
   if (std::optional<Reading> decided = session.Ec().WithoutCall(row)) return std::move(*decided);
-  const auto read = session.Find<decltype(&Adapter_Read_PD_IC_PN)>(row.export_name);
-  if (read == nullptr) return MissingExport(row);
-  VexaPdIcPartNumber part{};
-  if (read(&part) != 1) return Missing(row, Status::kNoAnswer, "the EC did not answer");
+  const auto answer = session.context().library->Adapter_Read_PD_IC_PN();
+  if (!answer) return Missing(row, answer.error(), "the EC did not answer");
+  const VexaPdIcPartNumber& part = *answer;
   if (part.length >= VEXA_PD_IC_PN_CAPACITY || part.length > part.told_length) {
     return Missing(row, Status::kError, "the part number does not keep to its record");
   }
@@ -163,14 +119,16 @@ void AddParts(std::span<const Row> rows, const Reading& word, std::vector<Readin
   add(rows[4], object.max_milliwatts);
 }
 
-// Every source offers 5 V as its first object: without that there is no source to tell anything.
+// Every source offers 5 V as its first object: without that there is no source to tell anything, and 0 stands for that.
 void MarkAbsentSource(std::span<Reading> readings) {
   const Reading* first = FindReading(readings, "adapter.pdo.1.word");
   if (first->status != Status::kNotPresent) return;
   for (Reading& reading : readings) {
     const bool of_source = reading.row->key.starts_with("adapter.source.") || reading.row->key == "adapter.alert" ||
                            reading.row->key == "adapter.pdo_power_record";
-    if (of_source && reading.value == Value(int64_t{0})) {
+    const bool zero = reading.value == Value(int64_t{0}) ||
+                      (reading.row->kind == Kind::kCelsius && reading.status == Status::kNoAnswer);
+    if (of_source && zero) {
       reading = Missing(*reading.row, Status::kNotPresent, "no USB PD source is attached");
     }
   }
@@ -187,7 +145,7 @@ std::vector<Reading> CollectAdapter(Session& session) {
     const Row& row = kRowsOfAdapter[i];
     if (row.key == "adapter.online") {
       readings.push_back(PowerLineReading(session, row));
-    } else if (row.signature == Signature::kOwn) {
+    } else if (row.ask == nullptr) {
       readings.push_back(PartNumber(session, row));
     } else if (row.kind == Kind::kPowerObject) {
       Reading word = session.Ec().Ask(row);

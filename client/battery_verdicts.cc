@@ -90,7 +90,7 @@ Verdict JudgeWear(const Facts& facts) {
     verdict.finding = facts.WhyMissing("battery.cycle_count");
   } else {
     const int count = static_cast<int>(*cycles);
-    verdict.level = count >= kWornCycles ? Level::kAct : count >= kWatchCycles ? Level::kWatch : Level::kGood;
+    verdict.level = LevelFrom(count, kWatchCycles, kWornCycles);
     verdict.finding = Printf("%d charge cycles: ", count);
     verdict.finding += count >= kWornCycles    ? "expect a worn pack, and plan its replacement."
                        : count >= kWatchCycles ? "expect a shorter run on battery than when it was new."
@@ -149,9 +149,7 @@ Verdict JudgeCells(const Facts& facts) {
     return verdict;
   }
   const auto difference = static_cast<int>(spread.highest - spread.lowest);
-  verdict.level = difference >= kWeakSpreadMillivolts    ? Level::kAct
-                  : difference >= kWatchSpreadMillivolts ? Level::kWatch
-                                                         : Level::kGood;
+  verdict.level = LevelFrom(difference, kWatchSpreadMillivolts, kWeakSpreadMillivolts);
   verdict.finding = Printf("%d cells within %d mV of each other", spread.cells, difference);
   verdict.finding += verdict.level == Level::kGood ? "." : Printf("; cell %d is the lowest.", spread.weakest);
   return verdict;
@@ -171,17 +169,15 @@ Verdict JudgeProtection(const Facts& facts) {
   const std::optional<bool> error = facts.Flag("battery.error");
   const std::optional<int64_t> failed = facts.Register("battery.permanent_failure_status", 32);
   const std::optional<int64_t> safety = facts.Register("battery.safety_status", 32);
-  const auto say = [&verdict](Level level, const std::string& text) {
-    if (level < verdict.level) verdict.level = level;
-    verdict.finding += (verdict.finding.empty() ? "" : " ") + text;
-  };
   verdict.level = Level::kGood;
-  if (error == true) say(Level::kAct, "The EC reports a battery error.");
+  if (error == true) Worse(verdict, Level::kAct, "The EC reports a battery error.");
   if (failed.value_or(0) != 0) {
-    say(Level::kAct, Printf("The gauge reports a permanent failure: 0x%08x.", static_cast<uint32_t>(*failed)));
+    Worse(verdict, Level::kAct,
+          Printf("The gauge reports a permanent failure: 0x%08x.", static_cast<uint32_t>(*failed)));
   }
   if (safety.value_or(0) != 0) {
-    say(Level::kWatch, Printf("A protection of the gauge is tripped: 0x%08x.", static_cast<uint32_t>(*safety)));
+    Worse(verdict, Level::kWatch,
+          Printf("A protection of the gauge is tripped: 0x%08x.", static_cast<uint32_t>(*safety)));
   }
   if (!error && !failed && !safety) {
     verdict.level = Level::kUnknown;

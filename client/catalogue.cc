@@ -3,135 +3,103 @@
 #include <algorithm>
 #include <cassert>
 
+#include "client/ask.h"
+
 namespace vexahealth {
 namespace {
-
-// Name and signature of an export, both from its declaration.
-#define VEXA_EXPORT(name) #name, SignatureOf<decltype(&name)>()
 
 constexpr Section kLibrary = Section::kLibrary;
 constexpr Section kController = Section::kController;
 constexpr Section kBattery = Section::kBattery;
 constexpr Section kCharger = Section::kCharger;
 constexpr Gate kTable = Gate::kTable;
-constexpr OnFirmware kSame = OnFirmware::kSame;
-constexpr OnFirmware kNothing = OnFirmware::kNothing;
 constexpr OnFirmware kNeverZero = OnFirmware::kNeverZero;
 constexpr OnFirmware kMayBeZero = OnFirmware::kMayBeZero;
 constexpr OnFirmware kSystem = OnFirmware::kSystem;
-constexpr Reserved kZero = Reserved::kZero;
-constexpr Reserved kAllOnes = Reserved::kAllOnes;
 
 constexpr std::array<Row, kRowCount> kTheRows = {{
     {"library.dll_version", "Library interface", kLibrary, VEXA_EXPORT(GetIoDllVersion), Kind::kInterfaceVersion,
-     Gate::kLibrary, kSame},
-    {"driver.version", "Driver version", kLibrary, VEXA_EXPORT(GetDriverVersion), Kind::kHex32, Gate::kDriver, kNothing,
-     Reserved::kZeroIsFault},
-    {"driver.reference_count", "Driver users", kLibrary, VEXA_EXPORT(GetRefCount), Kind::kNumber32, Gate::kDriver,
-     kNothing, Reserved::kZeroIsFault},
+     Gate::kLibrary},
+    {"driver.version", "Driver version", kLibrary, VEXA_EXPORT(GetDriverVersion), Kind::kHex32, Gate::kDriver},
+    {"driver.reference_count", "Driver users", kLibrary, VEXA_EXPORT(GetRefCount), Kind::kNumber32, Gate::kDriver},
 
     {"ec.table_version", "Healthy-table version", kController, VEXA_EXPORT(BatteryHealthyTable_ReadVersion),
-     Kind::kTableVersion, Gate::kController, kNothing},
+     Kind::kTableVersion, Gate::kController},
     {"ec.vendor_type", "Vendor type", kController, VEXA_EXPORT(BatteryHealthyTable_ReadVendorType), Kind::kBit,
-     Gate::kController, kNothing},
-    {"ec.chip_id", "Chip id", kController, VEXA_EXPORT(BatteryHealthyTable_ECChipID), Kind::kHex8, Gate::kController,
-     kNothing},
+     Gate::kController},
+    {"ec.chip_id", "Chip id", kController, VEXA_EXPORT(BatteryHealthyTable_ECChipID), Kind::kHex8, Gate::kController},
     {"ec.chip_name", "Chip name", kController, VEXA_EXPORT(BatteryHealthyTable_ECChipName), Kind::kText,
-     Gate::kController, kNothing, Reserved::kNone, VEXA_EC_CHIP_NAME_CAPACITY},
+     Gate::kController},
 
     {"battery.manufacturer", "Manufacturer", kBattery, VEXA_EXPORT(BatteryHealthyTable_ManufactureName), Kind::kText,
-     kTable, kNeverZero, Reserved::kNone, VEXA_MANUFACTURE_NAME_CAPACITY},
+     kTable, kNeverZero},
     {"battery.manufacturer_smbus", "Manufacturer (gauge)", kBattery,
-     VEXA_EXPORT(BatteryHealthyTable_ManufactureNameBySMBus), Kind::kText, Gate::kGauge, kNeverZero, Reserved::kNone,
-     VEXA_MANUFACTURE_NAME_CAPACITY},
+     VEXA_EXPORT(BatteryHealthyTable_ManufactureNameBySMBus), Kind::kText, Gate::kGauge, kNeverZero},
     {"battery.device_name", "Device name", kBattery, VEXA_EXPORT(BatteryHealthyTable_DeviceName), Kind::kText,
-     Gate::kGauge, kNeverZero, Reserved::kNone, VEXA_DEVICE_NAME_CAPACITY},
+     Gate::kGauge, kNeverZero},
     {"battery.manufacture_date", "Manufacture date", kBattery, VEXA_EXPORT(BatteryHealthyTable_ManufactureDate),
-     Kind::kDate, kTable, kNeverZero, kAllOnes},
+     Kind::kDate, kTable, kNeverZero},
     {"battery.serial_number", "Serial number", kBattery, VEXA_EXPORT(BatteryHealthyTable_SerialNumber), Kind::kNumber16,
-     kTable, kMayBeZero, kZero},
+     kTable, kMayBeZero},
     {"battery.design_voltage", "Design voltage", kBattery, VEXA_EXPORT(BatteryHealthyTable_DesignVoltage),
-     Kind::kMillivolts, kTable, kNeverZero, kZero},
+     Kind::kMillivolts, kTable, kNeverZero},
     {"battery.cycle_count", "Charge cycles", kBattery, VEXA_EXPORT(BatteryHealthyTable_CycleCount), Kind::kNumber16,
-     kTable, kMayBeZero, kAllOnes},
+     kTable, kMayBeZero},
     {"battery.rsoc", "State of charge", kBattery, VEXA_EXPORT(BatteryHealthyTable_Rsoc), Kind::kPercent, kTable,
-     kMayBeZero, kZero},
+     kMayBeZero},
     {"battery.temperature", "Temperature", kBattery, VEXA_EXPORT(BatteryHealthyTable_Temperature), Kind::kDeciKelvin,
-     kTable, kNeverZero, kAllOnes},
+     kTable, kNeverZero},
     {"battery.voltage", "Pack voltage", kBattery, VEXA_EXPORT(BatteryHealthyTable_PackageVoltage), Kind::kMillivolts,
-     kTable, kNeverZero, kAllOnes},
+     kTable, kNeverZero},
     {"battery.current", "Current", kBattery, VEXA_EXPORT(BatteryHealthyTable_Current), Kind::kMilliamps, kTable,
-     kMayBeZero, kAllOnes},
+     kMayBeZero},
     {"battery.charging_current", "Requested charge current", kBattery, VEXA_EXPORT(BatteryHealthyTable_ChargingCurrent),
-     Kind::kMilliampsRequested, kTable, kNothing, kAllOnes},
+     Kind::kMilliampsRequested, kTable},
     {"battery.charging_voltage", "Requested charge voltage", kBattery, VEXA_EXPORT(BatteryHealthyTable_ChargingVoltage),
-     Kind::kMillivolts, kTable, kMayBeZero, kAllOnes},
+     Kind::kMillivolts, kTable, kMayBeZero},
     {"battery.remaining_capacity", "Remaining capacity", kBattery, VEXA_EXPORT(BatteryHealthyTable_RemainingCapacity),
-     Kind::kCapacity, kTable, kMayBeZero, kZero},
+     Kind::kCapacity, kTable, kMayBeZero},
     {"battery.full_charge_capacity", "Full-charge capacity", kBattery,
-     VEXA_EXPORT(BatteryHealthyTable_FullChargeCapacity), Kind::kCapacity, kTable, kNeverZero, kZero},
+     VEXA_EXPORT(BatteryHealthyTable_FullChargeCapacity), Kind::kCapacity, kTable, kNeverZero},
     {"battery.cell_voltage_1", "Cell 1", kBattery, VEXA_EXPORT(BatteryHealthyTable_CellVoltage1), Kind::kMillivolts,
-     kTable, kNeverZero, kZero},
+     kTable, kNeverZero},
     {"battery.cell_voltage_2", "Cell 2", kBattery, VEXA_EXPORT(BatteryHealthyTable_CellVoltage2), Kind::kMillivolts,
-     kTable, kMayBeZero, kZero},
+     kTable, kMayBeZero},
     {"battery.cell_voltage_3", "Cell 3", kBattery, VEXA_EXPORT(BatteryHealthyTable_CellVoltage3), Kind::kMillivolts,
-     kTable, kMayBeZero, kZero},
+     kTable, kMayBeZero},
     {"battery.cell_voltage_4", "Cell 4", kBattery, VEXA_EXPORT(BatteryHealthyTable_CellVoltage4), Kind::kMillivolts,
-     kTable, kMayBeZero, kZero},
+     kTable, kMayBeZero},
     {"battery.gauge_chip", "Gauge chip", kBattery, VEXA_EXPORT(BatteryHealthyTable_GaugeIC), Kind::kHex8, kTable,
-     kMayBeZero, kZero},
+     kMayBeZero},
     {"battery.safety_status", "Safety status", kBattery, VEXA_EXPORT(BatteryHealthyTable_SafetyStatus), Kind::kHex32,
-     Gate::kGauge, kNothing},
+     Gate::kGauge},
     {"battery.permanent_failure_status", "Permanent failures", kBattery, VEXA_EXPORT(BatteryHealthyTable_PFStatus),
-     Kind::kHex32, Gate::kGauge, kNothing},
+     Kind::kHex32, Gate::kGauge},
     {"battery.error", "Battery error", kBattery, VEXA_EXPORT(BatteryHealthyTable_BatteryError), Kind::kFlag, kTable,
-     kMayBeZero, kZero},
+     kMayBeZero},
     {"battery.fully_charged", "Fully charged", kBattery, VEXA_EXPORT(BatteryHealthyTable_FullCharged), Kind::kFlag,
-     kTable, kNothing, kZero},
+     kTable},
 
     {"charger.timeout_status", "Charge time-outs", kCharger, VEXA_EXPORT(BatteryHealthyTable_TimeoutStatus),
-     Kind::kTimeoutByte, kTable, kNothing, kZero},
+     Kind::kTimeoutByte, kTable},
     {"power.ac_present", "External power", kCharger, VEXA_EXPORT(BatteryHealthyTable_ACStatus), Kind::kFlag, kTable,
-     kSystem, kZero},
-    {"lid.state", "Lid state", kCharger, VEXA_EXPORT(BatteryHealthyTable_LidStatus), Kind::kHex8, kTable, kNothing,
-     kZero},
+     kSystem},
+    {"lid.state", "Lid state", kCharger, VEXA_EXPORT(BatteryHealthyTable_LidStatus), Kind::kHex8, kTable},
 
     {"battery.manufacture_information", "Manufacture information", kBattery,
-     VEXA_EXPORT(BatteryHealthyTable_BatteryInformation), Kind::kByteList, Gate::kTableWaits, kNothing, Reserved::kNone,
-     0, 10},
+     VEXA_EXPORT(BatteryHealthyTable_BatteryInformation), Kind::kByteList, Gate::kTableWaits},
 }};
 
-#undef VEXA_EXPORT
-
-constexpr size_t UniqueKeys() {
-  size_t unique = 0;
-  for (size_t i = 0; i < kRowCount; ++i) {
-    bool seen = kTheRows[i].key.empty();
-    for (size_t j = 0; j < i; ++j) seen = seen || kTheRows[j].key == kTheRows[i].key;
-    unique += seen ? 0 : 1;
+template <typename Member>
+constexpr bool Unique(Member member) {
+  for (auto row = kTheRows.begin(); row != kTheRows.end(); ++row) {
+    if (std::ranges::count(kTheRows, row->*member, member) != 1) return false;
   }
-  return unique;
+  return true;
 }
 
-constexpr size_t UniqueExports() {
-  size_t unique = 0;
-  for (size_t i = 0; i < kRowCount; ++i) {
-    bool seen = kTheRows[i].export_name == nullptr;
-    for (size_t j = 0; j < i; ++j) {
-      seen = seen || std::string_view(kTheRows[j].export_name) == std::string_view(kTheRows[i].export_name);
-    }
-    unique += seen ? 0 : 1;
-  }
-  return unique;
-}
-
-static_assert(UniqueKeys() == kRowCount, "a key is missing or stands twice");
-static_assert(UniqueExports() == kRowCount, "an export is missing or stands twice");
-static_assert(std::ranges::all_of(kTheRows,
-                                  [](const Row& row) {
-                                    return (row.signature == Signature::kTextBuffer) == (row.text_capacity != 0);
-                                  }),
-              "exactly the exports that fill a buffer have a capacity");
+static_assert(Unique(&Row::key), "a key stands twice");
+static_assert(Unique(&Row::export_name), "an export stands twice");
 static_assert(kTheRows.back().gate == Gate::kTableWaits, "the call that waits comes last, when presence is known");
 
 }  // namespace

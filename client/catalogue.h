@@ -5,12 +5,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
-#include <type_traits>
 
-#include "vexa/vexa.h"
+#include "vexa/vexa.hpp"
 
 namespace vexahealth {
 
@@ -89,87 +88,44 @@ enum class Gate {
   kTableWaits,  // the same, and the call may wait for seconds
 };
 
-// Where the value comes from on machines whose gauge is read through the firmware's methods (ARM64). A call of such a
-// method that failed answers 0.
+// What a number tells on machines whose gauge is read through the firmware's methods (ARM64). A call of such a method
+// that failed answers 0.
 enum class OnFirmware {
-  kSame,       // the library itself, as everywhere
-  kNothing,    // the firmware has no such value; the export answers a constant
+  kPlain,      // not the gauge: 0 is a value
   kNeverZero,  // the gauge, which never answers 0 (or an empty name) while it works
   kMayBeZero,  // the gauge, for which 0 is a value like others
-  kPlain,      // not the gauge: a failed call answers VEXA_NO_ANSWER, 0 is a value
   kSystem,     // the system's power status; 0 also when the system does not know
 };
 
-// Answer that may be a failure in disguise, besides VEXA_NO_ANSWER. Of the driver route.
-enum class Reserved {
-  kNone,
-  kZero,         // 0 is a true value, but also the answer without a table
-  kAllOnes,      // VEXA_NOT_AVAILABLE is the answer without a table
-  kZeroIsFault,  // 0 is no true value: the request failed or the machine has none
-  kNotOffered,   // VEXA_NOT_AVAILABLE: this machine does not tell
+// What an export told: a number (a signed one by its 32 bits) or a text in UTF-8, or the reason why it told none.
+struct Told {
+  uint32_t number = 0;
+  std::string text;
 };
+using Answer = vexa::Answer<Told>;
 
-// How an export is called. "Com" exports take the flag that tells them to initialise COM.
-enum class Signature {
-  kNumber,
-  kTextBuffer,
-  kTextByValue,
-  kWideBuffer,  // left as it was when there is no text
-  kComNumber,
-  kComPath,
-  kOwn,  // the family's own code calls it
-};
-
-using NumberExport = uint32_t (*)() noexcept;
-using TextBufferExport = uint32_t (*)(char*) noexcept;
-using TextByValueExport = VexaText (*)() noexcept;
-using WideBufferExport = void (*)(wchar_t*) noexcept;
-using ComNumberExport = uint32_t (*)(uint32_t) noexcept;
-using ComPathExport = uint32_t (*)(wchar_t*, uint32_t) noexcept;
-
-// An export resolved from the library; called only as its row's signature says. Null: the library lacks it.
-using AnyExport = void (*)();
-
-template <typename Declared>
-consteval Signature SignatureOf() {
-  if constexpr (std::is_same_v<Declared, NumberExport>) {
-    return Signature::kNumber;
-  } else if constexpr (std::is_same_v<Declared, TextBufferExport>) {
-    return Signature::kTextBuffer;
-  } else if constexpr (std::is_same_v<Declared, ComNumberExport>) {
-    return Signature::kComNumber;
-  } else if constexpr (std::is_same_v<Declared, ComPathExport>) {
-    return Signature::kComPath;
-  } else if constexpr (std::is_same_v<Declared, WideBufferExport>) {
-    return Signature::kWideBuffer;
-  } else if constexpr (std::is_same_v<Declared, TextByValueExport>) {
-    return Signature::kTextByValue;
-  } else {
-    return Signature::kOwn;
-  }
-}
+struct Context;
+using AskFunction = Answer (*)(const Context&);
 
 struct Row {
   std::string_view key;
   std::string_view label;
   Section section;
-  const char* export_name;  // terminated: it goes to the loader
-  Signature signature;
+  std::string_view export_name;
+  AskFunction ask;  // null: the family's own code calls it
   Kind kind;
   Gate gate = Gate::kLibrary;
-  OnFirmware on_firmware = OnFirmware::kSame;
-  Reserved reserved = Reserved::kNone;
-  size_t text_capacity = 0;      // characters that an export may fill, terminator included
-  uint32_t min_version = 0;      // of the healthy table
+  OnFirmware on_firmware = OnFirmware::kPlain;
   bool detail = false;           // a part of another reading, whose line in the table tells it too
+  bool may_lack = false;         // a machine may lack the thing, so that no answer means its absence
   std::string_view member = {};  // of the JSON object that the export answers; empty: the answer is the value
+
+  // What the interface's catalogue knows of the export.
+  constexpr const vexa::ExportFacts& facts() const { return *vexa::FindExport(export_name); }
 };
 
 inline constexpr size_t kRowCount = 35;
 extern const std::array<Row, kRowCount> kRows;
-
-// Finds an export by its name; null when the library lacks it.
-using Resolver = std::function<AnyExport(const char*)>;
 
 // Index of the row with this key; the key must exist.
 size_t RowIndex(std::string_view key);

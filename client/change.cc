@@ -7,17 +7,7 @@
 namespace vexahealth {
 namespace {
 
-std::optional<uint32_t> NumberIn(const SettingAnswers& answers, SettingRow row) {
-  const std::optional<Answer>& answer = answers[row];
-  if (!answer || answer->form != Answer::Form::kNumber) return std::nullopt;
-  return answer->number;
-}
-
 bool FolderExists(const ChangeFacts& facts) { return NumberIn(facts.before, kFolderExists) == 1; }
-
-const char* SetExport(Setting setting) {
-  return setting == Setting::kChargeLimit ? "WMISetBatteryHealth" : "WMISetQuietFan";
-}
 
 // "reads as 80 %" for the remembered value, in the words of its setting.
 std::string RememberedText(Setting setting, uint32_t number) {
@@ -43,8 +33,8 @@ void Plan(const ChangeFacts& facts, Change& change) {
 const char* WhyNotRemembered(const ChangeFacts& facts, Setting setting) {
   if (!FolderExists(facts)) return "no application folder is known to remember it";
   if (setting == Setting::kQuietFan) return "the hotkey utility's key, or a setting file that was not written";
-  return facts.written == 1 ? "it comes from the hotkey utility's key, which is not changed here"
-                            : "the setting file was not written";
+  return facts.written == true ? "it comes from the hotkey utility's key, which is not changed here"
+                               : "the setting file was not written";
 }
 
 // What the remembered value shows after an accepted change. A value that also stands for "unknown" proves something
@@ -73,7 +63,7 @@ void JudgeRemembered(const ChangeFacts& facts, Change& change) {
 
 void JudgeAcceptedLimit(const ChangeFacts& facts, Change& change) {
   if (facts.written) {
-    change.file_written = facts.written == 1;
+    change.file_written = facts.written;
     if (*change.file_written) {
       change.verified.emplace_back("the setting file was written (WMISetBatteryHealthToUser)");
     } else {
@@ -106,7 +96,7 @@ void JudgeFanState(const ChangeFacts& facts, Change& change) {
 
 void Judge(const ChangeFacts& facts, Change& change) {
   const ChangeRequest& request = change.request;
-  change.accepted = facts.set == 1;
+  change.accepted = facts.set == true;
   change.outcome = *change.accepted ? Outcome::kAccepted : Outcome::kRefused;
   if (*change.accepted) {
     change.verified.push_back("the firmware answered that it accepted " + RequestedText(request));
@@ -124,6 +114,10 @@ void Judge(const ChangeFacts& facts, Change& change) {
 }
 
 }  // namespace
+
+const char* SetExport(Setting setting) {
+  return setting == Setting::kChargeLimit ? "WMISetBatteryHealth" : "WMISetQuietFan";
+}
 
 SettingAnswers NewestAnswers(const ChangeFacts& facts) {
   SettingAnswers newest = facts.before;

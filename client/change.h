@@ -30,8 +30,8 @@ struct ParsedChange {
 struct ChangeFacts {
   bool exported = false;  // the library has the export that changes the setting
   SettingAnswers before;
-  std::optional<uint32_t> set;      // WMISetBatteryHealth, WMISetQuietFan
-  std::optional<uint32_t> written;  // WMISetBatteryHealthToUser
+  std::optional<bool> set;      // WMISetBatteryHealth, WMISetQuietFan
+  std::optional<bool> written;  // WMISetBatteryHealthToUser
   SettingAnswers after;
 };
 
@@ -56,6 +56,9 @@ struct Change {
   std::vector<std::string> not_verified;
   std::string error;  // why it is none of kPlanned and kAccepted
 };
+
+// The export that changes the setting.
+const char* SetExport(Setting setting);
 
 // The row whose answer tells whether the firmware offers the setting.
 SettingRow SupportRow(Setting setting);

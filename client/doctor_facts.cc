@@ -132,24 +132,18 @@ FolderFacts AskFolder(std::wstring path) {
   return facts;
 }
 
-std::optional<uint32_t> AskNumber(const Library& library, const char* name) {
-  const auto ask = reinterpret_cast<NumberExport>(library.resolve(name));
-  return ask == nullptr ? std::nullopt : std::optional(ask());
-}
-
 void AskLibrary(DoctorFacts& facts) {
-  const std::expected<Library, std::string> library = LoadBesideClient(facts.library);
+  const std::expected<vexa::Library, std::string> library = LoadBesideClient(facts.library);
   if (!library) {
     facts.library_error = library.error();
     return;
   }
-  facts.library.ready = library->initialize() == 1;
+  const auto started = library->Start();
+  facts.library.ready = started.has_value();
   facts.library.route = ReadRoute();
-  if (!facts.library.ready) return;
   facts.service = AskService();  // while the library holds it
-  facts.driver_version = AskNumber(*library, "GetDriverVersion");
-  facts.table_version = AskNumber(*library, "BatteryHealthyTable_ReadVersion");
-  library->shutdown();
+  if (const auto version = library->GetDriverVersion()) facts.driver_version = *version;
+  if (const auto version = library->BatteryHealthyTable_ReadVersion()) facts.table_version = *version;
 }
 
 }  // namespace
@@ -163,7 +157,7 @@ DoctorFacts GatherDoctorFacts() {
   facts.client_machine = kClientMachine;
   facts.elevated = Elevated();
   AskLibrary(facts);
-  if (!facts.library.ready) facts.service = AskService();
+  if (!facts.library.loaded) facts.service = AskService();
   if (const std::optional<std::wstring> folder = OwnFolder()) {
     const std::wstring driver = *folder + kDriverFile;
     facts.driver_file = WideToUtf8(driver);

@@ -16,7 +16,7 @@ std::vector<Reading> CollectBase(Session& session) { return Collect(session.Ec()
 std::vector<Reading> CollectSettings(Session& session) {
   session.Tell("settings");
   const Context& context = session.context();
-  return DecideSettings(AskSettings(ResolveSettings(context.resolve), context.decode_wide));
+  return DecideSettings(AskSettings(context));
 }
 
 using enum Section;

@@ -25,12 +25,6 @@ class Session {
     if (context_.progress) context_.progress(what);
   }
 
-  // The named export as it is declared; null when the library lacks it.
-  template <typename Declared>
-  Declared Find(const char* name) const {
-    return reinterpret_cast<Declared>(context_.resolve(name));
-  }
-
  private:
   const Context& context_;
   std::unique_ptr<Asker> ec_;
@@ -42,9 +36,6 @@ struct Family {
   bool needs_driver;  // asks the EC: InitializeWinIo comes first
   std::vector<Reading> (*collect)(Session&);
 };
-
-// Name and signature of an export, both from its declaration.
-#define VEXA_EXPORT(name) #name, SignatureOf<decltype(&name)>()
 
 std::span<const Row> IdentityRows();
 std::span<const Row> AdapterRows();

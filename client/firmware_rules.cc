@@ -1,8 +1,8 @@
 #include "client/firmware_rules.h"
 
-#include <utility>
+#include <string>
 
-#include "client/text.h"
+#include "client/rules.h"
 #include "client/values.h"
 
 namespace vexahealth {
@@ -12,65 +12,54 @@ namespace {
 // of an answer, so the library gives it as watts.
 constexpr uint32_t kUnknownDevice = 0xFFFE;
 
-Reading ZeroReading(const Row& row, CrossCheck check) {
-  const bool system = row.on_firmware == OnFirmware::kSystem;
-  if (row.on_firmware == OnFirmware::kNeverZero) {
-    return Missing(row, Status::kNoAnswer,
-                   "0: the firmware's call failed, or the gauge has no such value; a working gauge does not answer 0");
-  }
-  if (check != CrossCheck::kConfirmed) {
-    return Missing(row, Status::kNoAnswer,
-                   system ? "0 may mean unknown: the system does not say \"no external power\" right after"
-                          : "0 may be a failed firmware call: neither voltage nor temperature answered right after");
-  }
-  return Ok(row, ValueFrom(row.kind, 0),
-            system ? "cross-checked: the system says \"no external power\" right after"
-                   : "cross-checked: 0 twice, and in between the gauge answered its voltage or temperature");
-}
-
 }  // namespace
 
 std::optional<Reading> FirmwareWithoutCall(const Row& row, bool gauge_answers) {
   if (row.gate == Gate::kDriver) return Missing(row, Status::kUnsupported, "ARM64 machines need no kernel driver");
-  switch (row.on_firmware) {
-    case OnFirmware::kNothing: return Missing(row, Status::kUnsupported, "the firmware has no such value");
-    case OnFirmware::kNeverZero:
-    case OnFirmware::kMayBeZero:
-      if (gauge_answers) return std::nullopt;
-      return Missing(row, Status::kNoAnswer,
-                     "voltage and temperature are both 0: failed firmware calls, or no battery");
-    case OnFirmware::kSame:
-    case OnFirmware::kPlain:
-    case OnFirmware::kSystem: return std::nullopt;
+  if (!row.facts().on_arm64) return Missing(row, Status::kUnsupported, "the firmware has no such value");
+  const bool gauge = row.on_firmware == OnFirmware::kNeverZero || row.on_firmware == OnFirmware::kMayBeZero;
+  if (!gauge || gauge_answers) return std::nullopt;
+  return Missing(row, Status::kNoAnswer, "voltage and temperature are both 0: failed firmware calls, or no battery");
+}
+
+bool ShowsGauge(const Answer& answer) {
+  return answer && answer->number != 0 && InRange(Kind::kMillivolts, answer->number);
+}
+
+Reading DecideFirmware(const Row& row, const Answer& answer) {
+  const bool text = row.kind == Kind::kText;
+  if (text && (!answer || answer->text.empty())) {
+    return Missing(row, answer ? vexa::Reason::kNoAnswer : answer.error(),
+                   "the firmware's call failed, or the gauge has no name");
   }
-  return std::nullopt;
-}
-
-bool FirmwareNeedsCrossCheck(const Row& row, const Answer& answer) {
-  const bool possible = row.on_firmware == OnFirmware::kMayBeZero || row.on_firmware == OnFirmware::kSystem;
-  return possible && answer.form == Answer::Form::kNumber && answer.number == 0;
-}
-
-bool ShowsGauge(const Row& row, const Answer& answer) {
-  return answer.form == Answer::Form::kNumber && answer.number != 0 && InRange(row.kind, answer.number);
-}
-
-Reading FirmwareNumber(const Row& row, const Answer& answer, CrossCheck check) {
-  if (answer.number == VEXA_NO_ANSWER) return Missing(row, Status::kNoAnswer, "the library could not ask the firmware");
-  if (row.reserved == Reserved::kNotOffered && answer.number == VEXA_NOT_AVAILABLE) return NotOffered(row);
-  if (row.kind == Kind::kWatts && answer.number == kUnknownDevice) {
+  if (!answer) {
+    return Missing(row, answer.error(),
+                   answer.error() == vexa::Reason::kUnsupported
+                       ? "this machine does not tell it"
+                       : "the firmware did not answer, or not right after a 0 that may be a failed call of it");
+  }
+  if (row.kind == Kind::kWatts && answer->number == kUnknownDevice) {
     return Missing(row, Status::kUnsupported, "the firmware does not know the question");
   }
-  if (answer.number == 0 && row.on_firmware != OnFirmware::kPlain) return ZeroReading(row, check);
-  if (!InRange(row.kind, answer.number)) return OutOfRange(row, answer);
-  const bool system = row.on_firmware == OnFirmware::kSystem;
-  return Ok(row, ValueFrom(row.kind, answer.number),
-            system ? "by the system's power status" : NoteOn(row.kind, answer.number));
+  const bool zero = answer->number == 0 && !text;
+  if (zero && row.on_firmware == OnFirmware::kNeverZero) {
+    return Missing(row, Status::kNoAnswer,
+                   "0: the firmware's call failed, or the gauge has no such value; a working gauge does not answer 0");
+  }
+  return InItsRange(row, *answer,
+                    zero && row.on_firmware == OnFirmware::kMayBeZero
+                        ? "cross-checked: 0 twice, and in between the gauge answered its voltage or temperature"
+                        : NoteOn(row.kind, answer->number));
 }
 
-Reading FirmwareName(const Row& row, const Answer& answer) {
-  if (answer.number == 1 && !answer.text.empty()) return Ok(row, answer.text);
-  return Missing(row, Status::kNoAnswer, "the firmware's call failed, or the gauge has no name");
+Reading DecidePower(const Row& row, const Answer& answer, PowerLine line) {
+  if (answer && answer->number != 0) return Ok(row, true, "by the system's power status");
+  if (!answer && answer.error() == vexa::Reason::kMissingExport) return Missing(row, answer.error(), {});
+  if (line == PowerLine::kOffline) {
+    return Ok(row, false, "cross-checked: the system says \"no external power\" right after");
+  }
+  return Missing(row, Status::kNoAnswer,
+                 "0 may mean unknown: the system does not say \"no external power\" right after");
 }
 
 }  // namespace vexahealth

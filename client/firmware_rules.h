@@ -4,35 +4,32 @@
 // method failed. A 0 is therefore never believed by itself:
 //
 // - Where a working gauge can't answer 0 (pack voltage, temperature, design voltage, full-charge capacity, date, cell
-// 1),
-//   0 is no answer.
+//   1), 0 is no answer.
 // - Elsewhere (charge, current, serial number, cells that a small pack lacks, ...) 0 is believed when the gauge answers
-//   right after - its pack voltage or, failing that, its temperature, neither of which can be 0 - and the export then
-//   answers 0 again.
+//   right after, which vexa.hpp finds out, and the export then answers 0 again.
 // - What is still believed then must fit the other readings: see firmware_zeros.h.
 //
-// A gauge that answers neither of the two at the start is not asked for the rest: the firmware does not answer, or
-// there is no battery, which can't be told apart.
+// A gauge that answers neither voltage nor temperature at the start is not asked for the rest: the firmware does not
+// answer, or there is no battery, which can't be told apart.
 #ifndef CLIENT_FIRMWARE_RULES_H_
 #define CLIENT_FIRMWARE_RULES_H_
 
 #include <optional>
 
-#include "client/rules.h"
+#include "client/ask.h"
 
 namespace vexahealth {
 
 // The reading of a row that needs no call: the firmware has no such value, or its gauge does not answer.
 [[nodiscard]] std::optional<Reading> FirmwareWithoutCall(const Row& row, bool gauge_answers);
 
-// True for a 0 that Decide can't judge without a cross-check.
-bool FirmwareNeedsCrossCheck(const Row& row, const Answer& answer);
-
 // Whether this answer, the pack voltage or the temperature, shows that the gauge works.
-bool ShowsGauge(const Row& row, const Answer& answer);
+bool ShowsGauge(const Answer& answer);
 
-[[nodiscard]] Reading FirmwareNumber(const Row& row, const Answer& answer, CrossCheck check);
-[[nodiscard]] Reading FirmwareName(const Row& row, const Answer& answer);
+[[nodiscard]] Reading DecideFirmware(const Row& row, const Answer& answer);
+
+// External power, which the system tells there: a 0 that may mean "unknown" needs the system's own word.
+[[nodiscard]] Reading DecidePower(const Row& row, const Answer& answer, PowerLine line);
 
 }  // namespace vexahealth
 

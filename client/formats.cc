@@ -82,7 +82,7 @@ std::string CsvText(const Report& report) {
   for (const Reading& reading : report.readings) {
     records += report.time + "," + std::string(reading.row->key) + "," + CsvValue(reading) + "," +
                CsvField(UnitOf(reading.row->kind).value_or("")) + "," + std::string(StatusName(reading.status)) + "," +
-               reading.row->export_name + "," + CsvField(reading.note) + "\n";
+               std::string(reading.row->export_name) + "," + CsvField(reading.note) + "\n";
   }
   return records;
 }

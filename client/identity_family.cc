@@ -24,47 +24,20 @@ constexpr std::array<Row, 4> kIdentity = {{
 }};
 
 constexpr std::array<Row, 6> kSystemRows = {{
-    {"system.tablet_mode", "Tablet mode", kSystem, VEXA_EXPORT(System_Read_TabletMode), Kind::kHex8, Gate::kController,
-     OnFirmware::kNothing},
+    {"system.tablet_mode", "Tablet mode", kSystem, VEXA_EXPORT(System_Read_TabletMode), Kind::kHex8, Gate::kController},
     {"system.volume", "Volume", kSystem, VEXA_EXPORT(System_Read_VolumeLevel), Kind::kPercent},
     {"system.s_mode", "S mode", kSystem, VEXA_EXPORT(System_Check_S_Mode), Kind::kFlag},
-    {"system.local_time", "Local time", kSystem, VEXA_EXPORT(System_Read_LocalTime), Kind::kText, Gate::kLibrary,
-     OnFirmware::kSame, Reserved::kNone, VEXA_LOCAL_TIME_CAPACITY},
-    {"system.companion_app_version", "Companion app", kSystem, VEXA_EXPORT(GetUWPVersion), Kind::kText, Gate::kLibrary,
-     OnFirmware::kSame, Reserved::kNone, VEXA_VERSION_CAPACITY},
+    {"system.local_time", "Local time", kSystem, VEXA_EXPORT(System_Read_LocalTime), Kind::kText, Gate::kLibrary},
+    {"system.companion_app_version", "Companion app", kSystem, VEXA_EXPORT(GetUWPVersion), Kind::kText, Gate::kLibrary},
     {"system.control_driver_version", "System control driver", kSystem, VEXA_EXPORT(GetInfVersion), Kind::kText,
-     Gate::kLibrary, OnFirmware::kSame, Reserved::kNone, VEXA_VERSION_CAPACITY},
+     Gate::kLibrary},
 }};
 
-Reading Volume(const Session& session, const Row& row) {
-  const auto read = session.Find<decltype(&System_Read_VolumeLevel)>(row.export_name);
-  if (read == nullptr) return MissingExport(row);
-  const int32_t percent = read(1);
-  if (percent == VEXA_NO_VOLUME) return Missing(row, Status::kNotPresent, "no speaker, or it does not tell");
-  const auto number = static_cast<uint32_t>(percent);
-  if (!InRange(row.kind, number)) return OutOfRange(row, {.form = Answer::Form::kNumber, .number = number, .text = {}});
-  return Ok(row, int64_t{percent});
-}
-
-Reading Version(const Session& session, const Row& row) {
-  const Context& context = session.context();
-  const Answer answer = Call(row, context.resolve(row.export_name), context.decode, context.decode_wide);
-  if (answer.form == Answer::Form::kMissingExport) return MissingExport(row);
-  if (answer.form == Answer::Form::kUnterminated) {
-    return Missing(row, Status::kError, "the library wrote past the buffer that it asks for");
-  }
-  if (answer.text.empty()) return Missing(row, Status::kNotPresent, "not installed, or the system does not tell");
-  return Ok(row, answer.text);
-}
-
-Reading LocalTime(const Session& session, const Row& row) {
-  const Context& context = session.context();
-  const Answer answer = Call(row, context.resolve(row.export_name), context.decode, context.decode_wide);
-  if (answer.form == Answer::Form::kMissingExport) return MissingExport(row);
-  if (answer.form != Answer::Form::kText || answer.number != answer.text.size()) {
-    return Missing(row, Status::kError, "the text and its length don't go together");
-  }
-  return Ok(row, answer.text);
+Reading DecideSystem(const Row& row, const Answer& answer) {
+  if (answer) return InItsRange(row, *answer);
+  return Missing(
+      row, answer.error(),
+      row.key == "system.volume" ? "no speaker, or it does not tell" : "not installed, or the system does not tell");
 }
 
 }  // namespace
@@ -76,13 +49,8 @@ std::vector<Reading> CollectIdentity(Session& session) {
   std::vector<Reading> readings;
   for (const Row& row : kIdentity) {
     Reading reading = session.Ec().Ask(row);
-    if (row.kind == Kind::kRevision && reading.status == Status::kOk) {
-      const Value& value = reading.value;
-      if (value == Value(RevisionText(VEXA_NO_FIRMWARE_REVISION))) {
-        reading = Missing(row, Status::kUnsupported, "the EC reports no revision");
-      } else if (value == Value(RevisionText(VEXA_UNKNOWN_FIRMWARE_REVISION))) {
-        reading = Missing(row, Status::kUnsupported, "the EC reports a revision that the library does not know");
-      }
+    if (row.kind == Kind::kRevision && reading.status == Status::kUnsupported) {
+      reading.note = "the EC reports no revision, or one that the library does not know";
     }
     if (reading.status == Status::kNoAnswer && session.Ec().FirmwareRoute()) {
       reading = Missing(row, Status::kUnsupported, "nothing is kept, and ARM64 machines have no driver to ask through");
@@ -97,12 +65,8 @@ std::vector<Reading> CollectSystem(Session& session) {
   for (const Row& row : kSystemRows) {
     if (!session.Wants(row)) {
       readings.push_back(Missing(row, Status::kNotCollected, "not asked"));
-    } else if (row.key == "system.volume") {
-      readings.push_back(Volume(session, row));
-    } else if (row.key == "system.local_time") {
-      readings.push_back(LocalTime(session, row));
-    } else if (row.signature == Signature::kWideBuffer) {
-      readings.push_back(Version(session, row));
+    } else if (row.gate == Gate::kLibrary) {
+      readings.push_back(DecideSystem(row, row.ask(session.context())));
     } else {
       readings.push_back(session.Ec().Ask(row));
     }

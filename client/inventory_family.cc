@@ -5,8 +5,6 @@
 
 #include "client/families.h"
 #include "client/rules.h"
-#include "client/text.h"
-#include "client/values.h"
 
 namespace vexahealth {
 namespace {
@@ -14,15 +12,15 @@ namespace {
 // Whether a machine may lack the thing, so that an empty answer means its absence. WMI's failures look the same.
 enum class Absent { kNever, kMaybe };
 
-constexpr Row Item(std::string_view key, std::string_view label, Section section, const char* name, Signature signature,
-                   Kind kind, Absent absent) {
+constexpr Row Item(std::string_view key, std::string_view label, Section section, std::string_view name,
+                   AskFunction ask, Kind kind, Absent absent) {
   return {.key = key,
           .label = label,
           .section = section,
           .export_name = name,
-          .signature = signature,
+          .ask = ask,
           .kind = kind,
-          .reserved = absent == Absent::kMaybe ? Reserved::kNotOffered : Reserved::kNone};
+          .may_lack = absent == Absent::kMaybe};
 }
 
 constexpr std::array<Row, 44> kRowsOfInventory = {{
@@ -76,16 +74,16 @@ constexpr std::array<Row, 44> kRowsOfInventory = {{
          Absent::kMaybe),
     Item("inventory.hdd_ids", "Hard disk ids", Section::kStorage, VEXA_EXPORT(WMIGetHDDList), Kind::kText,
          Absent::kMaybe),
-    Item("inventory.hdd_free", "Hard disk free bytes", Section::kStorage, VEXA_EXPORT(WMIGetHDDUsage), Kind::kText,
+    Item("inventory.hdd_free", "Hard disk free bytes", Section::kStorage, VEXA_OWN_EXPORT(WMIGetHDDUsage), Kind::kText,
          Absent::kMaybe),
-    Item("inventory.hdd_serial_numbers", "Hard disk serials", Section::kStorage, VEXA_EXPORT(WMIGetHDDUsage),
+    Item("inventory.hdd_serial_numbers", "Hard disk serials", Section::kStorage, VEXA_OWN_EXPORT(WMIGetHDDUsage),
          Kind::kText, Absent::kMaybe),
     Item("inventory.ssd_models", "SSD models", Section::kStorage, VEXA_EXPORT(WMIGetSSDModel), Kind::kText,
          Absent::kMaybe),
     Item("inventory.ssd_ids", "SSD ids", Section::kStorage, VEXA_EXPORT(WMIGetSSDList), Kind::kText, Absent::kMaybe),
-    Item("inventory.ssd_free", "SSD free bytes", Section::kStorage, VEXA_EXPORT(WMIGetSSDUsage), Kind::kText,
+    Item("inventory.ssd_free", "SSD free bytes", Section::kStorage, VEXA_OWN_EXPORT(WMIGetSSDUsage), Kind::kText,
          Absent::kMaybe),
-    Item("inventory.ssd_serial_numbers", "SSD serials", Section::kStorage, VEXA_EXPORT(WMIGetSSDUsage), Kind::kText,
+    Item("inventory.ssd_serial_numbers", "SSD serials", Section::kStorage, VEXA_OWN_EXPORT(WMIGetSSDUsage), Kind::kText,
          Absent::kMaybe),
     Item("inventory.card_reader", "Card reader", Section::kStorage, VEXA_EXPORT(WMIGetCardReaderCaption), Kind::kText,
          Absent::kMaybe),
@@ -108,92 +106,45 @@ constexpr std::array<Row, 44> kRowsOfInventory = {{
          VEXA_EXPORT(WMIGetWiFiBytesPersec), Kind::kText, Absent::kMaybe),
 }};
 
-Reading NoAnswer(const Row& row) {
-  if (row.reserved == Reserved::kNotOffered) {
+Reading NoAnswer(const Row& row, vexa::Reason reason = vexa::Reason::kNoAnswer) {
+  if (row.may_lack && reason == vexa::Reason::kNoAnswer) {
     return Missing(row, Status::kNotPresent, "the machine has none, or the query failed");
   }
-  return Missing(row, Status::kNoAnswer, "the query failed, or has no such value");
+  return Missing(row, reason, "the query failed, or has no such value");
 }
 
-Reading DecideText(const Row& row, const Answer& answer) {
-  if (answer.form == Answer::Form::kMissingExport) return MissingExport(row);
-  if (answer.form == Answer::Form::kUnterminated) return Missing(row, Status::kError, "the text is not terminated");
-  if (answer.text.empty()) return NoAnswer(row);
-  if (row.kind == Kind::kText) return Ok(row, answer.text);
-  uint32_t number = 0;
-  const char* end = answer.text.data() + answer.text.size();
-  const auto [read, error] = std::from_chars(answer.text.data(), end, number);
-  if (error != std::errc() || read != end) return NoAnswer(row);
-  return Ok(row, int64_t{number});
+Reading DecideItem(const Row& row, const Answer& answer) {
+  if (!answer) return NoAnswer(row, answer.error());
+  if (row.kind == Kind::kText) return answer->text.empty() ? NoAnswer(row) : Ok(row, answer->text);
+  if (row.kind == Kind::kMegatransfers) {  // a number as a text
+    uint32_t number = 0;
+    const char* end = answer->text.data() + answer->text.size();
+    const auto [read, error] = std::from_chars(answer->text.data(), end, number);
+    return error != std::errc() || read != end ? NoAnswer(row) : Ok(row, int64_t{number});
+  }
+  const bool doubtful = row.key == "inventory.external_monitors" && answer->number == 0;
+  return InItsRange(row, *answer, doubtful ? "0 also when the query failed" : "");
 }
 
-Reading DecideNumber(const Row& row, const Answer& answer) {
-  if (answer.form == Answer::Form::kMissingExport) return MissingExport(row);
-  if (answer.number == VEXA_NOT_AVAILABLE) return NoAnswer(row);
-  if (!InRange(row.kind, answer.number)) return OutOfRange(row, answer);
-  return Ok(row, ValueFrom(row.kind, answer.number),
-            row.key == "inventory.external_monitors" && answer.number == 0 ? "0 also when the query failed" : "");
-}
-
-// The two texts of a usage export: as with one text, the first call asks for the length.
-struct Usage {
-  Answer free_bytes;
-  Answer serials;
-};
-
-Usage AskUsage(const Session& session, const char* name) {
-  constexpr size_t kRoom = 4096;
-  const auto ask = session.Find<decltype(&WMIGetHDDUsage)>(name);
-  if (ask == nullptr) return {};
-  const size_t length = ask(nullptr, nullptr, kInitializeCom);
-  std::vector<wchar_t> free_bytes(length + kRoom);
-  std::vector<wchar_t> serials(length + kRoom);
-  if (length > 0) ask(free_bytes.data(), serials.data(), kInitializeCom);
-  free_bytes.back() = L'\0';
-  serials.back() = L'\0';
-  const WideDecoder decode = session.context().decode_wide;
-  return {.free_bytes = {.form = Answer::Form::kText, .number = 0, .text = decode(free_bytes.data())},
-          .serials = {.form = Answer::Form::kText, .number = 0, .text = decode(serials.data())}};
-}
-
-Answer AskWifiAdapter(const Session& session, const Row& row) {
-  const auto ask = session.Find<decltype(&WMIGetWiFiCardName)>(row.export_name);
-  if (ask == nullptr) return {};
-  wchar_t* name = nullptr;
-  ask(&name, kInitializeCom);
-  Answer answer{.form = Answer::Form::kText, .number = 0, .text = {}};
-  if (name != nullptr) answer.text = session.context().decode_wide(name);
-  session.context().free_text(name);
-  return answer;
-}
-
-class InventoryCollector {
+// Rows of one usage export are the two texts of one answer.
+class UsageCache {
  public:
-  explicit InventoryCollector(const Session& session) : session_(session) {}
+  explicit UsageCache(const Context& context) : context_(context) {}
 
-  Reading Collect(const Row& row) {
-    if (!session_.Wants(row)) return Missing(row, Status::kNotCollected, "not asked");
-    session_.Tell(row.label);
-    if (row.signature != Signature::kOwn) {
-      const Context& context = session_.context();
-      const Answer answer = Call(row, context.resolve(row.export_name), nullptr, context.decode_wide);
-      return row.signature == Signature::kComNumber ? DecideNumber(row, answer) : DecideText(row, answer);
-    }
-    if (row.key == "inventory.wifi_adapter") return DecideText(row, AskWifiAdapter(session_, row));
-    const Usage& usage = UsageOf(row);
-    return DecideText(row, row.key.ends_with("_free") ? usage.free_bytes : usage.serials);
+  Answer Of(const Row& row) {
+    const bool hard_disk = row.export_name == "WMIGetHDDUsage";
+    std::optional<vexa::Answer<vexa::DiskUsage>>& usage = hard_disk ? hard_disks_ : solid_state_disks_;
+    if (!usage) usage = hard_disk ? context_.library->WMIGetHDDUsage() : context_.library->WMIGetSSDUsage();
+    if (!*usage) return std::unexpected(usage->error());
+    const vexa::DiskUsage& texts = **usage;
+    return Told{.number = 0,
+                .text = context_.decode_wide(row.key.ends_with("_free") ? texts.free_bytes : texts.serials)};
   }
 
  private:
-  const Usage& UsageOf(const Row& row) {
-    std::optional<Usage>& usage = row.key.starts_with("inventory.hdd") ? hard_disks_ : solid_state_disks_;
-    if (!usage) usage = AskUsage(session_, row.export_name);
-    return *usage;
-  }
-
-  const Session& session_;
-  std::optional<Usage> hard_disks_;
-  std::optional<Usage> solid_state_disks_;
+  const Context& context_;
+  std::optional<vexa::Answer<vexa::DiskUsage>> hard_disks_;
+  std::optional<vexa::Answer<vexa::DiskUsage>> solid_state_disks_;
 };
 
 }  // namespace
@@ -202,8 +153,16 @@ std::span<const Row> InventoryRows() { return kRowsOfInventory; }
 
 std::vector<Reading> CollectInventory(Session& session) {
   std::vector<Reading> readings;
-  InventoryCollector collector(session);
-  for (const Row& row : kRowsOfInventory) readings.push_back(collector.Collect(row));
+  const Context& context = session.context();
+  UsageCache usage(context);
+  for (const Row& row : kRowsOfInventory) {
+    if (!session.Wants(row)) {
+      readings.push_back(Missing(row, Status::kNotCollected, "not asked"));
+      continue;
+    }
+    session.Tell(row.label);
+    readings.push_back(DecideItem(row, row.ask == nullptr ? usage.Of(row) : row.ask(context)));
+  }
   return readings;
 }
 

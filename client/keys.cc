@@ -46,7 +46,7 @@ std::string KeysTable() {
     Pad(line, row->key, 34);
     Pad(line, UnitOf(row->kind).value_or("-"), 13);
     Pad(line, row->label, 28);
-    table += line + row->export_name + "\n";
+    table += line + std::string(row->export_name) + "\n";
   }
   return table;
 }

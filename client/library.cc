@@ -1,6 +1,6 @@
 #include "client/library.h"
 
-#include <windows.h>
+#include <utility>
 
 #include "client/machine.h"
 #include "client/text.h"
@@ -22,40 +22,21 @@ std::string WhyNotLoaded(const std::wstring& path, DWORD error) {
   }
 }
 
-AnyExport Resolve(const std::shared_ptr<void>& module, const char* name) {
-  return reinterpret_cast<AnyExport>(GetProcAddress(static_cast<HMODULE>(module.get()), name));
-}
-
-template <typename Declared>
-bool ResolveNamed(const std::shared_ptr<void>& module, const char* name, Declared& function) {
-  function = reinterpret_cast<Declared>(Resolve(module, name));
-  return function != nullptr;
-}
-
 }  // namespace
 
-std::expected<Library, std::string> LoadVexaLibrary(const std::wstring& path) {
-  const HMODULE module =
-      LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
-  if (module == nullptr) return std::unexpected(WhyNotLoaded(path, GetLastError()));
-  Library library;
-  library.module = std::shared_ptr<void>(module, [](void* handle) { FreeLibrary(static_cast<HMODULE>(handle)); });
-
-  const char* lacking = nullptr;
-  if (!ResolveNamed(library.module, "InitializeWinIo", library.initialize)) lacking = "InitializeWinIo";
-  if (!ResolveNamed(library.module, "ShutdownWinIo", library.shutdown)) lacking = "ShutdownWinIo";
-  if (!ResolveNamed(library.module, "GetIoDllVersion", library.interface_version)) lacking = "GetIoDllVersion";
-  if (lacking != nullptr) {
-    return std::unexpected(WideToUtf8(path) + " does not export " + lacking +
-                           ": it is another library or a damaged one");
+std::expected<vexa::Library, std::string> LoadVexaLibrary(const std::wstring& path) {
+  auto library = vexa::Library::Load(path);
+  if (!library) return std::unexpected(WhyNotLoaded(path, library.error().code));
+  for (const char* name : {"GetIoDllVersion", "ShutdownWinIo", "InitializeWinIo"}) {
+    if (library->Find(name) != nullptr) continue;
+    return std::unexpected(WideToUtf8(path) + " does not export " + name + ": it is another library or a damaged one");
   }
-  const uint32_t version = library.interface_version();
+  const uint32_t version = *library->GetIoDllVersion();
   if (version >> 16 != VEXA_IO_DLL_VERSION >> 16) {
     return std::unexpected(WideToUtf8(path) + Printf(" has interface version %u.%u, this client needs %u.x",
                                                      version >> 16, version & 0xFFFF, VEXA_IO_DLL_VERSION >> 16));
   }
-  library.resolve = [module = library.module](const char* name) { return Resolve(module, name); };
-  return library;
+  return std::move(*library);
 }
 
 }  // namespace vexahealth

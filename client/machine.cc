@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <objbase.h>
-
 #include <algorithm>
 #include <atomic>
 
@@ -150,8 +148,6 @@ bool WaitInterrupted(uint32_t timeout_ms) {
   g_interrupted = interrupted;
   return WaitForSingleObject(interrupted, timeout_ms) == WAIT_OBJECT_0;
 }
-
-void FreeText(wchar_t* text) { CoTaskMemFree(text); }
 
 bool WriteOutput(std::string_view text) { return WriteTo(STD_OUTPUT_HANDLE, text); }
 

@@ -47,9 +47,6 @@ bool ErrorIsTerminal();
 // on an interruption ends this wait, or the next one, in place of the process.
 bool WaitInterrupted(uint32_t timeout_ms);
 
-// CoTaskMemFree; null is allowed.
-void FreeText(wchar_t* text);
-
 // Write UTF-8 as it is, without line-end translation; a console shows it as UTF-8 too. False when it can't be
 // written.
 [[nodiscard]] bool WriteOutput(std::string_view text);

@@ -27,16 +27,10 @@ std::string WattsText(int64_t milliwatts) {
              : Printf("%d.%d W", static_cast<int>(milliwatts / 1000), static_cast<int>(milliwatts % 1000 / 100));
 }
 
-void Worse(Verdict& verdict, Level level, const std::string& text) {
-  verdict.level = std::min(verdict.level, level);
-  verdict.finding += (verdict.finding.empty() ? "" : " ") + text;
-}
-
 bool FirmwareAnswers(const Facts& facts) {
   return std::ranges::any_of(facts.report().readings, [](const Reading& reading) {
-    const OnFirmware source = reading.row->on_firmware;
     return reading.status == Status::kOk && reading.row->gate != Gate::kLibrary &&
-           (source == OnFirmware::kNeverZero || source == OnFirmware::kMayBeZero || source == OnFirmware::kPlain);
+           reading.row->on_firmware != OnFirmware::kSystem;
   });
 }
 
@@ -147,9 +141,7 @@ Verdict JudgeProcessorTemperature(const Facts& facts) {
     verdict.finding = facts.WhyMissing("temperature.cpu");
     return verdict;
   }
-  verdict.level = *celsius >= kHotProcessorCelsius    ? Level::kAct
-                  : *celsius >= kWarmProcessorCelsius ? Level::kWatch
-                                                      : Level::kGood;
+  verdict.level = LevelFrom(*celsius, kWarmProcessorCelsius, kHotProcessorCelsius);
   verdict.finding = Printf("The processor is at %d °C.", static_cast<int>(*celsius));
   return verdict;
 }

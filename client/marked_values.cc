@@ -24,50 +24,28 @@ std::optional<uint32_t> CountIn(std::string_view text, std::string_view member) 
   return count;
 }
 
-bool IsMarker(std::string_view text) { return text == VEXA_NOT_COLLECTED_TEXT || text == VEXA_COLLECT_FAILED_TEXT; }
-
-Reading DecideCount(const Row& row, const Answer& answer, const MarkerReasons& reasons) {
-  if (answer.form != Answer::Form::kText || IsMarker(answer.text)) return DecideMarkedText(row, answer, reasons);
-  const std::optional<uint32_t> count = CountIn(answer.text, row.member);
-  if (!count) return Missing(row, Status::kError, "the answer is not an object with this count");
-  return Ok(row, int64_t{*count});
-}
-
 }  // namespace
 
-Reading DecideMarkedNumber(const Row& row, uint32_t number, const MarkerReasons& reasons) {
-  if (number == VEXA_NOT_COLLECTED) return Missing(row, Status::kNotPresent, reasons.not_collected);
-  if (number == VEXA_COLLECT_FAILED) return Missing(row, Status::kNoAnswer, reasons.failed);
-  if (row.kind == Kind::kDbm) return Ok(row, int64_t{static_cast<int32_t>(number)});
-  if (static_cast<int32_t>(number) < 0 || !InRange(row.kind, number)) {
-    return OutOfRange(row, {.form = Answer::Form::kNumber, .number = number, .text = {}});
-  }
-  return Ok(row, ValueFrom(row.kind, number));
-}
-
-Reading DecideMarkedText(const Row& row, const Answer& answer, const MarkerReasons& reasons) {
-  if (answer.form == Answer::Form::kMissingExport) return MissingExport(row);
-  if (answer.form == Answer::Form::kUnterminated) return Missing(row, Status::kError, "the text is not terminated");
-  if (answer.text == VEXA_NOT_COLLECTED_TEXT) return Missing(row, Status::kNotPresent, reasons.not_collected);
-  if (answer.text == VEXA_COLLECT_FAILED_TEXT) return Missing(row, Status::kNoAnswer, reasons.failed);
-  if (answer.text.empty()) return Missing(row, Status::kNotPresent, "the text is empty");
-  return Ok(row, answer.text);
-}
-
 Reading DecideMarked(const Row& row, const Answer& answer, const MarkerReasons& reasons) {
-  if (answer.form == Answer::Form::kMissingExport) return MissingExport(row);
-  if (!row.member.empty()) return DecideCount(row, answer, reasons);
-  if (row.signature == Signature::kTextByValue) return DecideMarkedText(row, answer, reasons);
-  return DecideMarkedNumber(row, answer.number, reasons);
+  if (!answer) {
+    const bool failed = answer.error() == vexa::Reason::kNoAnswer || answer.error() == vexa::Reason::kRefused;
+    return Missing(row, answer.error(), failed ? reasons.failed : reasons.not_collected);
+  }
+  if (!row.member.empty()) {
+    const std::optional<uint32_t> count = CountIn(answer->text, row.member);
+    return count ? Ok(row, int64_t{*count})
+                 : Missing(row, Status::kError, "the answer is not an object with this count");
+  }
+  if (row.kind == Kind::kText) {
+    return answer->text.empty() ? Missing(row, Status::kNotPresent, "the text is empty") : Ok(row, answer->text);
+  }
+  if (row.kind == Kind::kDbm) return Ok(row, int64_t{static_cast<int32_t>(answer->number)});
+  return static_cast<int32_t>(answer->number) < 0 ? OutOfRange(row, answer->number) : InItsRange(row, *answer);
 }
 
 const Answer& AnswerCache::Of(const Row& row) {
-  const auto [place, added] = answers_.try_emplace(row.export_name);
-  if (added) {
-    const Context& context = session_.context();
-    place->second = Call(row, context.resolve(row.export_name), context.decode, context.decode_wide);
-  }
-  return place->second;
+  const auto found = answers_.find(row.export_name);
+  return found != answers_.end() ? found->second : answers_.emplace(row.export_name, row.ask(context_)).first->second;
 }
 
 }  // namespace vexahealth

@@ -16,20 +16,17 @@ struct MarkerReasons {
   const char* failed;
 };
 
-[[nodiscard]] Reading DecideMarkedNumber(const Row& row, uint32_t number, const MarkerReasons& reasons);
-[[nodiscard]] Reading DecideMarkedText(const Row& row, const Answer& answer, const MarkerReasons& reasons);
-
-// By the row's signature; a row with a member is a decimal count inside of a JSON object.
+// A row with a member is a decimal count inside of a JSON object.
 [[nodiscard]] Reading DecideMarked(const Row& row, const Answer& answer, const MarkerReasons& reasons);
 
 // Asks each export once: several rows are parts of one answer.
 class AnswerCache {
  public:
-  explicit AnswerCache(const Session& session) : session_(session) {}
+  explicit AnswerCache(const Context& context) : context_(context) {}
   const Answer& Of(const Row& row);
 
  private:
-  const Session& session_;
+  const Context& context_;
   std::map<std::string_view, Answer> answers_;
 };
 

@@ -8,15 +8,10 @@
 namespace vexahealth {
 namespace {
 
-constexpr Row Part(std::string_view key, std::string_view label, Section section, const char* name, Signature signature,
-                   Kind kind, std::string_view member = {}) {
-  return {.key = key,
-          .label = label,
-          .section = section,
-          .export_name = name,
-          .signature = signature,
-          .kind = kind,
-          .member = member};
+constexpr Row Part(std::string_view key, std::string_view label, Section section, std::string_view name,
+                   AskFunction ask, Kind kind, std::string_view member = {}) {
+  return {
+      .key = key, .label = label, .section = section, .export_name = name, .ask = ask, .kind = kind, .member = member};
 }
 
 #define VEXA_USB_STORAGE(key, label, member) \
@@ -50,11 +45,9 @@ constexpr MarkerReasons kUsbReasons = {.not_collected = "the system can't list i
 Reading DecidePart(const Row& row, const Answer& answer) {
   if (row.section == Section::kBluetooth) return DecideMarked(row, answer, kBluetoothReasons);
   Reading reading = DecideMarked(row, answer, kUsbReasons);
-  if (row.key == "network.link" && reading.value == Value("Unknow")) {
-    return Missing(row, Status::kNotPresent, "no hardware interface is up, or the system does not tell");
-  }
-  if (row.key == "usb.storage.ports" && reading.status == Status::kNotPresent && answer.text.empty()) {
-    reading.note = "no USB storage";
+  if (reading.status == Status::kNotPresent) {
+    reading.note =
+        row.key == "network.link" ? "no hardware interface is up, or the system does not tell" : "no USB storage";
   }
   if (row.kind == Kind::kFlag && reading.value == Value(false)) {
     reading.note = "false also when the system did not answer";
@@ -68,7 +61,7 @@ std::span<const Row> PeripheralRows() { return kRowsOfPeripherals; }
 
 std::vector<Reading> CollectPeripherals(Session& session) {
   std::vector<Reading> readings;
-  AnswerCache answers(session);
+  AnswerCache answers(session.context());
   for (const Row& row : kRowsOfPeripherals) {
     if (!session.Wants(row)) {
       readings.push_back(Missing(row, Status::kNotCollected, "not asked"));

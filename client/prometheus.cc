@@ -154,7 +154,7 @@ std::string PrometheusText(const Report& report) {
   for (const Reading& reading : report.readings) {
     exposition.Add("vexahealth_reading_status", "The state of each reading; always 1",
                    "key=\"" + std::string(reading.row->key) + "\",status=\"" + std::string(StatusName(reading.status)) +
-                       "\",source=\"" + reading.row->export_name + "\"",
+                       "\",source=\"" + std::string(reading.row->export_name) + "\"",
                    "1");
   }
   for (const Status status : kStatuses) {

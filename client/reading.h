@@ -29,15 +29,6 @@ inline constexpr std::string_view kClientVersion = VEXA_CLIENT_VERSION;
 // "ok", "no_answer" and so on.
 std::string_view StatusName(Status status);
 
-// What a call gave, before anything is decided about it.
-struct Answer {
-  enum class Form { kMissingExport, kNumber, kText, kUnterminated };
-
-  Form form = Form::kMissingExport;
-  uint32_t number = 0;  // also the answer of an export that fills a buffer
-  std::string text;     // UTF-8
-};
-
 using Value = std::variant<std::monostate, bool, int64_t, std::string>;
 
 struct Reading {

@@ -13,26 +13,26 @@ constexpr uint8_t kWattage = 0x0C;
 
 // clang-format off: one row a line
 constexpr DriverPlace kDriver[] = {
-    {"ec.project_information", kInformationGroup, 0x51, 1, "ProjectInformation"},
-    {"ec.chip_id", kInformationGroup, 0x10, 1, "ChipID"},
+    {"ec.project_information", kInformationGroup, 0x51, 1},
+    {"ec.chip_id", kInformationGroup, 0x10, 1},
 
     {"battery.serial_number", kBattery, 0x28, 2},
     {"battery.design_voltage", kBattery, 0x2C, 2},
     {"battery.cycle_count", kBattery, 0x2E, 2},
-    {"battery.rsoc", kBattery, 0x30, 2, "RSOC"},
-    {"battery.temperature", kBattery, 0x34, 2, "BatteryTemperature"},
-    {"battery.voltage", kBattery, 0x36, 2, "Voltage"},
-    {"battery.current", kBattery, 0x38, 2, "Current"},
-    {"battery.charging_current", kBattery, 0x3C, 2, "ChargeCurrent"},
-    {"battery.charging_voltage", kBattery, 0x3E, 2, "ChargeVoltage"},
-    {"battery.remaining_capacity", kBattery, 0x40, 2, "RemainingCapacity"},
-    {"battery.full_charge_capacity", kBattery, 0x42, 2, "FullChargeCapacity"},
-    {"battery.cell_voltage_1", kBattery, 0x48, 2, "CellVoltage1"},
-    {"battery.cell_voltage_2", kBattery, 0x4A, 2, "CellVoltage2"},
-    {"battery.cell_voltage_3", kBattery, 0x4C, 2, "CellVoltage3"},
-    {"battery.cell_voltage_4", kBattery, 0x4E, 2, "CellVoltage4"},
-    {"battery.manufacture_date", kBattery, 0x54, 2, "ManufactureDate"},
-    {"charger.timeout_status", kBattery, 0x03, 1, "BatteryChargeErrorStatus"},
+    {"battery.rsoc", kBattery, 0x30, 2},
+    {"battery.temperature", kBattery, 0x34, 2},
+    {"battery.voltage", kBattery, 0x36, 2},
+    {"battery.current", kBattery, 0x38, 2},
+    {"battery.charging_current", kBattery, 0x3C, 2},
+    {"battery.charging_voltage", kBattery, 0x3E, 2},
+    {"battery.remaining_capacity", kBattery, 0x40, 2},
+    {"battery.full_charge_capacity", kBattery, 0x42, 2},
+    {"battery.cell_voltage_1", kBattery, 0x48, 2},
+    {"battery.cell_voltage_2", kBattery, 0x4A, 2},
+    {"battery.cell_voltage_3", kBattery, 0x4C, 2},
+    {"battery.cell_voltage_4", kBattery, 0x4E, 2},
+    {"battery.manufacture_date", kBattery, 0x54, 2},
+    {"charger.timeout_status", kBattery, 0x03, 1},
     {"lid.state", kPins, 0x01, 1},
 
     {"charger.interrupt", kAdapter, 0x27, 1},
@@ -65,7 +65,7 @@ constexpr DriverPlace kDriver[] = {
 
     {"fan.count", kThermal, 0x30, 1},
     {"fan.test_mode", kThermal, 0x31, 1},
-    {"temperature.cpu", kThermal, 0x00, 1, "CPUTemperature1"},
+    {"temperature.cpu", kThermal, 0x00, 1},
 };
 
 constexpr DriverBit kBits[] = {

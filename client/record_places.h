@@ -15,8 +15,7 @@ struct DriverPlace {
   std::string_view key;
   uint8_t group;
   uint8_t offset;
-  uint8_t length;                     // in bytes: 1, 2 or 4
-  std::string_view catalogue_name{};  // in ec/catalogue.h, where it is listed there
+  uint8_t length;  // in bytes: 1, 2 or 4
 };
 
 // One bit of a register of one byte.

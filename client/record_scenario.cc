@@ -91,7 +91,7 @@ class DriverScenario {
 
   // The name, and behind a short one what the kept name tells of the registers there.
   void AddChipName() {
-    const Answer* name = recording_.Find("ec.chip_name");
+    const Told* name = recording_.Find("ec.chip_name");
     const std::optional<uint32_t> kept = recording_.Number("ec.kept_chip_name");
     std::string bytes;
     if (kept && *kept != VEXA_NO_ANSWER) {
@@ -144,7 +144,7 @@ class DriverScenario {
 
   // The gauge's code is one of the name's characters.
   void AddManufacturer() {
-    const Answer* name = recording_.Find("battery.manufacturer");
+    const Told* name = recording_.Find("battery.manufacturer");
     const std::optional<uint32_t> gauge = recording_.Number("battery.gauge_chip");
     if (name == nullptr) return;
     if (name->number != 1) {
@@ -200,7 +200,7 @@ class DriverScenario {
   }
 
   void AddHandshake(Json& group) const {
-    const Answer* answer = recording_.Find("battery.manufacture_information");
+    const Told* answer = recording_.Find("battery.manufacture_information");
     if (answer == nullptr) return;
     std::string bytes;
     for (size_t place = 0; place < answer->text.size();) {
@@ -219,7 +219,7 @@ class DriverScenario {
   Json Gauge() {
     Json registers = Json::array();
     for (const GaugePlace& place : GaugePlaces()) {
-      const Answer* answer = recording_.Find(place.key);
+      const Told* answer = recording_.Find(place.key);
       if (answer == nullptr) continue;
       Json row = {{"register", Hex(place.gauge_register)}, {"name", place.key}};
       const bool answered = place.text ? answer->number == 1 : answer->number != VEXA_NO_ANSWER;
@@ -261,7 +261,7 @@ Json FirmwareGauge(const Recording& recording, Serials serials) {
   }
   for (const GaugePlace& place : GaugePlaces()) {
     if (!place.text) continue;
-    const Answer* answer = recording.Find(place.key);
+    const Told* answer = recording.Find(place.key);
     Json row = {{"register", Hex(place.gauge_register)}, {"name", place.key}};
     if (answer != nullptr && answer->number == 1 && !answer->text.empty()) {
       row["hex"] = HexBytes(answer->text);

@@ -12,14 +12,15 @@
 
 namespace vexahealth {
 
-// The bare answers of the exports that `status` is made of. An export that was not called has none.
+// The bare answers of the exports that `status` is made of; the number of a text is 1 where the export told one. An
+// export that was not called has none.
 struct Recording {
   Route route = Route::kUnknown;
   std::string time;
-  std::map<std::string_view, Answer> answers;  // by the key of its row
-  std::optional<VexaPdIcPartNumber> part;      // what Adapter_Read_PD_IC_PN filled in, where it answered 1
+  std::map<std::string_view, Told> answers;  // by the key of its row
+  std::optional<VexaPdIcPartNumber> part;    // what Adapter_Read_PD_IC_PN filled in, where it answered 1
 
-  const Answer* Find(std::string_view key) const;
+  const Told* Find(std::string_view key) const;
   std::optional<uint32_t> Number(std::string_view key) const;
 };
 

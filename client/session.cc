@@ -40,43 +40,31 @@ class ProgressLine {
   size_t width_ = 0;
 };
 
-// InitializeWinIo and, at the end, ShutdownWinIo.
-class Started {
- public:
-  explicit Started(const Library& library) : library_(library), ready_(library.initialize() == 1) {}
-  ~Started() {
-    if (ready_) library_.shutdown();
-  }
-  Started(const Started&) = delete;
-  Started& operator=(const Started&) = delete;
+// How the commands ask a library; `ready`: it was started.
+Context ContextOf(const vexa::Library& library, bool ready, bool may_wait, ProgressLine& progress) {
+  return {.library = &library,
+          .ready = ready,
+          .may_wait = may_wait,
+          .route = ReadRoute(),
+          .decode = ActiveCodePageToUtf8,
+          .decode_wide = WideToUtf8,
+          .power_line = ReadPowerLine,
+          .wanted = {},
+          .progress = [&progress](std::string_view what) { progress.Show(what); }};
+}
 
-  bool ready() const { return ready_; }
-
- private:
-  const Library& library_;
-  bool ready_;
-};
-
-void Fill(const Library& library, const Command& command, bool may_wait, std::string_view key, Report& report) {
+void Fill(const vexa::Library& library, const Command& command, bool may_wait, std::string_view key, Report& report) {
   ProgressLine progress;
-  std::optional<Started> started;
+  vexa::Answer<vexa::Session> started = std::unexpected(vexa::Reason::kNotCollected);
   if (report.library.needs_driver) {
     progress.Show("driver");
-    report.library.ready = started.emplace(library).ready();
+    started = library.Start();
+    report.library.ready = started.has_value();
     if (!report.library.ready) report.error = kNotReady;
   }
-  report.library.route = ReadRoute();
-  report.readings = CollectCommand(command,
-                                   {.resolve = library.resolve,
-                                    .ready = report.library.ready,
-                                    .may_wait = may_wait,
-                                    .route = report.library.route,
-                                    .decode = ActiveCodePageToUtf8,
-                                    .decode_wide = WideToUtf8,
-                                    .free_text = FreeText,
-                                    .power_line = ReadPowerLine,
-                                    .progress = [&progress](std::string_view what) { progress.Show(what); }},
-                                   key);
+  const Context context = ContextOf(library, report.library.ready, may_wait, progress);
+  report.library.route = context.route;
+  report.readings = CollectCommand(command, context, key);
 }
 
 Sample SampleOf(const Options& options) { return TakeSample(*options.command, options.may_wait, options.key); }
@@ -119,15 +107,15 @@ void Complain(const std::string& text) {
 
 int Print(const std::string& text, int exit_code) { return WriteOutput(text) ? exit_code : int{kExitOutputFailed}; }
 
-std::expected<Library, std::string> LoadBesideClient(LibraryState& state) {
+std::expected<vexa::Library, std::string> LoadBesideClient(LibraryState& state) {
   const std::optional<std::wstring> folder = OwnFolder();
   if (!folder) return std::unexpected("the client's own folder can't be found");
   const std::wstring path = *folder + kLibraryFile;
   state.path = WideToUtf8(path);
-  std::expected<Library, std::string> library = LoadVexaLibrary(path);
+  std::expected<vexa::Library, std::string> library = LoadVexaLibrary(path);
   if (library) {
     state.loaded = true;
-    state.version = library->interface_version();
+    state.version = *library->GetIoDllVersion();
   }
   return library;
 }
@@ -138,7 +126,7 @@ Sample TakeSample(const Command& command, bool may_wait, std::string_view key) {
                 .error = {},
                 .command = key.empty() ? std::string(command.name) : "get",
                 .time = NowUtc()};
-  const std::expected<Library, std::string> library = LoadBesideClient(report.library);
+  const std::expected<vexa::Library, std::string> library = LoadBesideClient(report.library);
   if (!library) {
     report.error = library.error();
     report.readings = NothingOf(command, "VexaWinIO64.dll is not loaded", key);
@@ -153,28 +141,20 @@ Sample TakeSample(const Command& command, bool may_wait, std::string_view key) {
 
 int WithSession(bool may_wait, const std::function<void(Session&)>& use) {
   LibraryState state;
-  const std::expected<Library, std::string> library = LoadBesideClient(state);
+  const std::expected<vexa::Library, std::string> library = LoadBesideClient(state);
   if (!library) {
     Complain(library.error());
     return kExitNotLoaded;
   }
   ProgressLine progress;
   progress.Show("driver");
-  const Started started(*library);
-  if (!started.ready()) {
+  const auto started = library->Start();
+  if (!started) {
     Complain(kNotReady);
     return kExitNoReadings;
   }
-  // Texts stay the bytes that they are.
-  const Context context{.resolve = library->resolve,
-                        .ready = true,
-                        .may_wait = may_wait,
-                        .route = ReadRoute(),
-                        .decode = [](std::string_view text) { return std::string(text); },
-                        .decode_wide = WideToUtf8,
-                        .free_text = FreeText,
-                        .power_line = ReadPowerLine,
-                        .progress = [&progress](std::string_view what) { progress.Show(what); }};
+  Context context = ContextOf(*library, true, may_wait, progress);
+  context.decode = [](std::string_view text) { return std::string(text); };  // texts stay the bytes that they are
   Session session(context);
   use(session);
   return kExitOk;
@@ -195,13 +175,14 @@ int RunChange(const Options& options) {
   report.time = NowUtc();
   report.change = Change{.request = options.change};
   report.library.needs_driver = false;
-  const std::expected<Library, std::string> library = LoadBesideClient(report.library);
+  const std::expected<vexa::Library, std::string> library = LoadBesideClient(report.library);
   int exit_code = kExitNotLoaded;
   if (!library) {
     report.error = library.error();
     report.settings = NothingCollected("VexaWinIO64.dll is not loaded", kSettingRows);
   } else {
-    const ChangeFacts facts = CarryOut(options.change, ResolveSettings(library->resolve));
+    ProgressLine progress;
+    const ChangeFacts facts = CarryOut(options.change, ContextOf(*library, false, true, progress));
     report.change = DecideChange(options.change, facts);
     report.settings = DecideSettings(NewestAnswers(facts));
     report.library.route = ReadRoute();
@@ -215,7 +196,7 @@ int RunChange(const Options& options) {
 int RunVersion(const Options& options) {
   LibraryState state;
   state.needs_driver = false;
-  const std::expected<Library, std::string> library = LoadBesideClient(state);
+  const std::expected<vexa::Library, std::string> library = LoadBesideClient(state);
   const std::string error = library ? std::string() : library.error();
   Complain(error);
   const int exit_code = library ? kExitOk : kExitNotLoaded;

@@ -13,7 +13,7 @@
 namespace vexahealth {
 
 // Loads the library that lies beside the client and writes down what it is.
-[[nodiscard]] std::expected<Library, std::string> LoadBesideClient(LibraryState& state);
+[[nodiscard]] std::expected<vexa::Library, std::string> LoadBesideClient(LibraryState& state);
 
 // To standard error; an empty text says nothing.
 void Complain(const std::string& text);

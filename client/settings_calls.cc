@@ -3,69 +3,44 @@
 namespace vexahealth {
 namespace {
 
-void Ask(SettingRow row, const SettingExports& exports, SettingAnswers& answers, WideDecoder decode = nullptr) {
-  answers[row] = Call(kSettingRows[row], exports.rows[row], nullptr, decode);
-}
-
 SettingRow OtherFirmwareRow(SettingRow row) { return row == kLimitSupported ? kFanState : kLimitSupported; }
 
-bool HasSetter(Setting setting, const SettingExports& exports) {
-  return setting == Setting::kChargeLimit ? exports.set_limit != nullptr : exports.set_fan != nullptr;
-}
-
-void SetLimit(int32_t level, const SettingExports& exports, ChangeFacts& facts) {
-  facts.set = exports.set_limit(level, kInitializeCom);
-  const std::optional<Answer>& folder = facts.before[kFolderExists];
-  const bool has_folder = folder && folder->form == Answer::Form::kNumber && folder->number == 1;
-  if (facts.set == 1 && has_folder && exports.remember_limit != nullptr) {
-    facts.written = exports.remember_limit(level, kInitializeCom);
-  }
-}
-
-void SetFan(int32_t on, const SettingExports& exports, ChangeFacts& facts) {
-  facts.set = exports.set_fan(static_cast<uint8_t>(on), kInitializeCom);
-  Ask(kFanState, exports, facts.after);
-}
-
-template <typename Declared>
-void ResolveNamed(const Resolver& resolve, const char* name, Declared& function) {
-  function = reinterpret_cast<Declared>(resolve(name));
+void SetLimit(int32_t level, const vexa::Library& library, ChangeFacts& facts) {
+  facts.set = library.WMISetBatteryHealth(level).has_value();
+  if (!*facts.set || NumberIn(facts.before, kFolderExists) != 1) return;
+  const vexa::Answer<void> written = library.WMISetBatteryHealthToUser(level);
+  if (written || written.error() != vexa::Reason::kMissingExport) facts.written = written.has_value();
 }
 
 }  // namespace
 
-SettingExports ResolveSettings(const Resolver& resolve) {
-  SettingExports settings;
-  for (size_t i = 0; i < kSettingRowCount; ++i) settings.rows[i] = resolve(kSettingRows[i].export_name);
-  ResolveNamed(resolve, "WMISetBatteryHealth", settings.set_limit);
-  ResolveNamed(resolve, "WMISetBatteryHealthToUser", settings.remember_limit);
-  ResolveNamed(resolve, "WMISetQuietFan", settings.set_fan);
-  return settings;
-}
-
-SettingAnswers AskSettings(const SettingExports& exports, WideDecoder decode) {
+SettingAnswers AskSettings(const Context& context) {
   SettingAnswers answers;
-  for (size_t i = 0; i < kSettingRowCount; ++i) Ask(static_cast<SettingRow>(i), exports, answers, decode);
+  for (size_t i = 0; i < kSettingRowCount; ++i) answers[i] = kSettingRows[i].ask(context);
   return answers;
 }
 
-ChangeFacts CarryOut(const ChangeRequest& request, const SettingExports& exports) {
+ChangeFacts CarryOut(const ChangeRequest& request, const Context& context) {
   ChangeFacts facts;
-  facts.exported = HasSetter(request.setting, exports);
+  const auto ask = [&context](SettingRow row, SettingAnswers& answers) {
+    answers[row] = kSettingRows[row].ask(context);
+  };
+  facts.exported = context.library->Find(SetExport(request.setting)) != nullptr;
   if (!facts.exported) return facts;
   const SettingRow support = SupportRow(request.setting);
-  Ask(support, exports, facts.before);
-  if (IsDoubtful(support, facts.before[support])) Ask(OtherFirmwareRow(support), exports, facts.before);
-  Ask(RememberedRow(request.setting), exports, facts.before);
-  Ask(kFolderExists, exports, facts.before);
+  ask(support, facts.before);
+  if (IsDoubtful(support, facts.before[support])) ask(OtherFirmwareRow(support), facts.before);
+  ask(RememberedRow(request.setting), facts.before);
+  ask(kFolderExists, facts.before);
   if (request.dry_run || !IsOffered(request.setting, facts.before)) return facts;
 
   if (request.setting == Setting::kChargeLimit) {
-    SetLimit(request.value, exports, facts);
+    SetLimit(request.value, *context.library, facts);
   } else {
-    SetFan(request.value, exports, facts);
+    facts.set = context.library->WMISetQuietFan(static_cast<uint8_t>(request.value)).has_value();
+    ask(kFanState, facts.after);
   }
-  Ask(RememberedRow(request.setting), exports, facts.after);
+  ask(RememberedRow(request.setting), facts.after);
   return facts;
 }
 

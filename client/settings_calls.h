@@ -2,21 +2,18 @@
 #ifndef CLIENT_SETTINGS_CALLS_H_
 #define CLIENT_SETTINGS_CALLS_H_
 
-#include "client/call.h"
+#include "client/ask.h"
 #include "client/change.h"
 
 namespace vexahealth {
 
-// The settings' exports of a library.
-[[nodiscard]] SettingExports ResolveSettings(const Resolver& resolve);
-
 // Asks every row. InitializeWinIo is not needed, for the calls below neither.
-[[nodiscard]] SettingAnswers AskSettings(const SettingExports& exports, WideDecoder decode);
+[[nodiscard]] SettingAnswers AskSettings(const Context& context);
 
 // Asks what decides about the change, makes it unless that forbids it or it is a dry run, and asks again. After an
 // accepted charge limit the setting file is written too where the application folder exists; the library itself does
 // that for the quiet fan.
-[[nodiscard]] ChangeFacts CarryOut(const ChangeRequest& request, const SettingExports& exports);
+[[nodiscard]] ChangeFacts CarryOut(const ChangeRequest& request, const Context& context);
 
 }  // namespace vexahealth
 

@@ -23,14 +23,6 @@ enum SettingRow : size_t {
 
 extern const std::array<Row, kSettingRowCount> kSettingRows;
 
-// The exports that read and change settings. Null ones are those that the library lacks.
-struct SettingExports {
-  std::array<AnyExport, kSettingRowCount> rows = {};
-  decltype(&WMISetBatteryHealth) set_limit = nullptr;
-  decltype(&WMISetBatteryHealthToUser) remember_limit = nullptr;
-  decltype(&WMISetQuietFan) set_fan = nullptr;
-};
-
 // The limits that the firmware knows, in percent.
 inline constexpr std::array<int, 3> kChargeLimits = {60, 80, 100};
 inline constexpr uint32_t kUnknownLimit = 100;  // what the remembered limit reads as when none is known

@@ -12,14 +12,12 @@ namespace {
 constexpr uint32_t kLargestKeyMode = 3;  // of the quiet fan, in the hotkey utility's key
 
 bool IsPlain(SettingRow row, const std::optional<Answer>& answer) {
-  return answer && answer->form == Answer::Form::kNumber && !IsDoubtful(row, answer) &&
-         InRange(kSettingRows[row].kind, answer->number);
+  return answer && *answer && !IsDoubtful(row, answer);
 }
 
 std::optional<bool> FolderExists(const SettingAnswers& answers) {
-  const std::optional<Answer>& answer = answers[kFolderExists];
-  if (!answer || answer->form != Answer::Form::kNumber || answer->number > 1) return std::nullopt;
-  return answer->number == 1;
+  const std::optional<uint32_t> exists = NumberIn(answers, kFolderExists);
+  return exists ? std::optional(*exists == 1) : std::nullopt;
 }
 
 // A doubtful answer of a firmware row, beside the answer of the other one.
@@ -33,32 +31,42 @@ Reading Doubtful(SettingRow row, bool firmware_works) {
   return Missing(kSettingRows[row], Status::kUnsupported, "the firmware works: it answered for the charge limit");
 }
 
-Reading DecideFolder(const Answer& answer) {
-  const Row& row = kSettingRows[kFolder];
-  if (answer.form == Answer::Form::kUnterminated) {
-    return Missing(row, Status::kError, "the library wrote past the buffer that it asks for");
+Reading DecideFolderExists(const Row& row, bool exists, const std::optional<Answer>& folder) {
+  if (exists) return Ok(row, true);
+  if (!folder || (!*folder && folder->error() == vexa::Reason::kMissingExport)) {
+    return Ok(row, false, "or the signed-in user can't be told");
   }
-  if (answer.number > 1) return OutOfRange(row, answer);
-  if (answer.number == 0)
-    return Missing(row, Status::kNotPresent, "none is stored, or the signed-in user can't be told");
-  if (answer.text.empty()) return Missing(row, Status::kNotPresent, "the stored path is empty");
-  return Ok(row, answer.text);
+  return *folder ? Ok(row, false) : Missing(row, Status::kNotPresent, "no stored path is known");
 }
 
-Reading DecideFolderExists(const Answer& answer, const std::optional<Answer>& folder) {
-  const Row& row = kSettingRows[kFolderExists];
-  if (answer.number != 0) return Ok(row, true);
-  if (!folder || folder->form == Answer::Form::kMissingExport)
-    return Ok(row, false, "or the signed-in user can't be told");
-  if (folder->number == 0) return Missing(row, Status::kNotPresent, "no stored path is known");
-  return Ok(row, false);
+Reading DecideSetting(SettingRow id, const SettingAnswers& answers, bool firmware_works) {
+  const Row& row = kSettingRows[id];
+  const Answer& answer = *answers[id];
+  if (IsDoubtful(id, answer)) return Doubtful(id, firmware_works);
+  if (!answer) return Missing(row, answer.error(), "none is stored, or the signed-in user can't be told");
+  switch (id) {
+    case kFolder:
+      return answer->text.empty() ? Missing(row, Status::kNotPresent, "the stored path is empty")
+                                  : Ok(row, answer->text);
+    case kLimitRemembered:
+    case kFanRemembered: return InItsRange(row, *answer, OriginOf(id, answer->number, FolderExists(answers)));
+    case kFolderExists: return DecideFolderExists(row, answer->number == 1, answers[kFolder]);
+    case kLimitSupported: return InItsRange(row, *answer, "the limit itself can't be read from the firmware");
+    default: return InItsRange(row, *answer);
+  }
 }
 
 }  // namespace
 
+std::optional<uint32_t> NumberIn(const SettingAnswers& answers, SettingRow row) {
+  const std::optional<Answer>& answer = answers[row];
+  return answer && *answer ? std::optional((*answer)->number) : std::nullopt;
+}
+
 bool IsDoubtful(SettingRow row, const std::optional<Answer>& answer) {
-  if (!answer || answer->form != Answer::Form::kNumber) return false;
-  return (row == kLimitSupported && answer->number == 0) || (row == kFanState && answer->number == VEXA_NOT_SUPPORTED);
+  if (!answer) return false;
+  if (row == kFanState) return !*answer && answer->error() == vexa::Reason::kUnsupported;
+  return row == kLimitSupported && *answer && (*answer)->number == 0;
 }
 
 bool IsUnknown(SettingRow row, uint32_t number) { return number == (row == kLimitRemembered ? kUnknownLimit : 0); }
@@ -81,26 +89,7 @@ std::vector<Reading> DecideSettings(const SettingAnswers& answers) {
   std::vector<Reading> readings = NothingCollected("not asked", kSettingRows);
   const bool works = IsPlain(kLimitSupported, answers[kLimitSupported]) || IsPlain(kFanState, answers[kFanState]);
   for (size_t i = 0; i < kSettingRowCount; ++i) {
-    const auto id = static_cast<SettingRow>(i);
-    const Row& row = kSettingRows[i];
-    if (!answers[i]) continue;
-    const Answer& answer = *answers[i];
-    if (answer.form == Answer::Form::kMissingExport) {
-      readings[i] = MissingExport(row);
-    } else if (id == kFolder) {
-      readings[i] = DecideFolder(answer);
-    } else if (IsDoubtful(id, answer)) {
-      readings[i] = Doubtful(id, works);
-    } else if (!InRange(row.kind, answer.number)) {
-      readings[i] = OutOfRange(row, answer);
-    } else if (id == kLimitRemembered || id == kFanRemembered) {
-      readings[i] = Ok(row, ValueFrom(row.kind, answer.number), OriginOf(id, answer.number, FolderExists(answers)));
-    } else if (id == kFolderExists) {
-      readings[i] = DecideFolderExists(answer, answers[kFolder]);
-    } else {
-      readings[i] = Ok(row, ValueFrom(row.kind, answer.number),
-                       id == kLimitSupported ? "the limit itself can't be read from the firmware" : "");
-    }
+    if (answers[i]) readings[i] = DecideSetting(static_cast<SettingRow>(i), answers, works);
   }
   return readings;
 }

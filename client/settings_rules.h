@@ -21,6 +21,9 @@ namespace vexahealth {
 // One per row of kSettingRows; nothing for those that were not asked.
 using SettingAnswers = std::array<std::optional<Answer>, kSettingRowCount>;
 
+// The number of a row that told one.
+std::optional<uint32_t> NumberIn(const SettingAnswers& answers, SettingRow row);
+
 // True when the answer of one of the two firmware rows may mean that the firmware did not answer.
 bool IsDoubtful(SettingRow row, const std::optional<Answer>& answer);
 

@@ -18,7 +18,7 @@ constexpr size_t kFans = VEXA_MAX_FAN_INDEX + 1;
 
 // Speeds come from the export that holds the fan mutex: other programs' selection of a fan is left alone.
 #define VEXA_FAN(number) \
-  {"fan." #number ".speed", "Fan " #number, kThermal, VEXA_EXPORT(Quillo_Read_Fan), Kind::kRpm, kTable, kPlain}
+  {"fan." #number ".speed", "Fan " #number, kThermal, VEXA_OWN_EXPORT(Quillo_Read_Fan), Kind::kRpm, kTable, kPlain}
 
 constexpr std::array<Row, kFirstFan + kFans + 2> kRowsOfThermal = {{
     {"fan.count", "Fans", kThermal, VEXA_EXPORT(HealthyTable_FanCounts), Kind::kNumber8, kTable, kPlain},
@@ -39,8 +39,6 @@ constexpr std::array<Row, kFirstFan + kFans + 2> kRowsOfThermal = {{
 Reading FanSpeed(Session& session, size_t fan, const Reading& count) {
   const Row& row = kRowsOfThermal[kFirstFan + fan];
   if (std::optional<Reading> decided = session.Ec().WithoutCall(row)) return std::move(*decided);
-  const auto read = session.Find<decltype(&Quillo_Read_Fan)>(row.export_name);
-  if (read == nullptr) return MissingExport(row);
   const auto* fans = std::get_if<int64_t>(&count.value);
   if (fans == nullptr) return Missing(row, Status::kNoAnswer, "the number of fans is not known");
   if (static_cast<int64_t>(fan) >= *fans) {
@@ -49,12 +47,9 @@ Reading FanSpeed(Session& session, size_t fan, const Reading& count) {
   if (session.Ec().FirmwareRoute() && fan > 0) {
     return Missing(row, Status::kUnsupported, "the firmware tells one speed only");
   }
-  const uint32_t rpm = read(static_cast<int32_t>(fan));
-  if (rpm == VEXA_NO_ANSWER) {
-    return Missing(row, Status::kNoAnswer, "the fan did not answer, or a program keeps the fans in test mode");
-  }
-  if (!InRange(row.kind, rpm)) return OutOfRange(row, {.form = Answer::Form::kNumber, .number = rpm, .text = {}});
-  return Ok(row, int64_t{rpm}, rpm == 0 ? "the fan stands still" : "");
+  const Answer rpm = ToldBy(session.context().library->Quillo_Read_Fan(static_cast<int32_t>(fan)), session.context());
+  if (!rpm) return Missing(row, rpm.error(), "the fan did not answer, or a program keeps the fans in test mode");
+  return InItsRange(row, *rpm, rpm->number == 0 ? "the fan stands still" : "");
 }
 
 }  // namespace

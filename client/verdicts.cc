@@ -1,5 +1,7 @@
 #include "client/verdicts.h"
 
+#include <algorithm>
+
 #include "client/plain_words.h"
 #include "client/text.h"
 
@@ -46,6 +48,11 @@ std::string Facts::WhyMissing(std::string_view key) const {
     return std::string(reading->row->label) + ": all bits are set, which is no value.";
   if (!reading->note.empty()) text += " (" + reading->note + ")";
   return text + ".";
+}
+
+void Worse(Verdict& verdict, Level level, const std::string& text) {
+  verdict.level = std::min(verdict.level, level);
+  verdict.finding += (verdict.finding.empty() ? "" : " ") + text;
 }
 
 std::vector<Verdict> Judge(const Report& report) {

@@ -69,6 +69,14 @@ class Facts {
   const Report& report_;
 };
 
+// Level of a number that is bad when it is large.
+constexpr Level LevelFrom(int64_t number, int64_t watch, int64_t act) {
+  return number >= act ? Level::kAct : number >= watch ? Level::kWatch : Level::kGood;
+}
+
+// One more finding; the more urgent level stays.
+void Worse(Verdict& verdict, Level level, const std::string& text);
+
 // The rules, one each.
 Verdict JudgeController(const Facts& facts);
 Verdict JudgeWear(const Facts& facts);

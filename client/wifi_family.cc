@@ -13,17 +13,17 @@ constexpr Section kWifi = Section::kWifi;
 constexpr Section kPoints = Section::kAccessPoints;
 
 // A row of the link; a row of a count inside of a text.
-constexpr Row Link(std::string_view key, std::string_view label, const char* name, Signature signature, Kind kind) {
-  return {.key = key, .label = label, .section = kWifi, .export_name = name, .signature = signature, .kind = kind};
+constexpr Row Link(std::string_view key, std::string_view label, std::string_view name, AskFunction ask, Kind kind) {
+  return {.key = key, .label = label, .section = kWifi, .export_name = name, .ask = ask, .kind = kind};
 }
 
-constexpr Row Count(std::string_view key, std::string_view label, const char* name, Signature signature,
+constexpr Row Count(std::string_view key, std::string_view label, std::string_view name, AskFunction ask,
                     std::string_view member = {}) {
   return {.key = key,
           .label = label,
           .section = kPoints,
           .export_name = name,
-          .signature = signature,
+          .ask = ask,
           .kind = Kind::kStations,
           .member = member};
 }
@@ -78,33 +78,10 @@ constexpr std::array<Row, 9 + 15 + 27> kRowsOfWifi = {{
 constexpr MarkerReasons kReasons = {.not_collected = "no Wi-Fi adapter, or it is not connected",
                                     .failed = "the Wi-Fi service did not answer"};
 
-Answer CardName(const Session& session, const Row& row) {
-  const auto read = session.Find<decltype(&RF_WiFiCardName)>(row.export_name);
-  if (read == nullptr) return {};
-  std::array<wchar_t, 2 * VEXA_WIFI_CARD_NAME_CAPACITY> name{};
-  if (read(name.data()) != 0) return {.form = Answer::Form::kText, .number = 0, .text = VEXA_COLLECT_FAILED_TEXT};
-  const std::wstring_view text(name.data(), VEXA_WIFI_CARD_NAME_CAPACITY);
-  const size_t length = text.find(L'\0');
-  if (length == std::wstring_view::npos) return {.form = Answer::Form::kUnterminated, .number = 0, .text = {}};
-  return {.form = Answer::Form::kText, .number = 0, .text = session.context().decode_wide(text.substr(0, length))};
-}
-
-Answer AccessPoint(const Session& session, const Row& row) {
-  const auto read = session.Find<decltype(&RF_AP_MAC)>(row.export_name);
-  if (read == nullptr) return {};
-  std::array<char, 4 * VEXA_WIFI_AP_MAC_CAPACITY> mac{};
-  read(mac.data());
-  const std::string_view text(mac.data(), VEXA_WIFI_AP_MAC_CAPACITY);
-  const size_t length = text.find('\0');
-  if (length == std::string_view::npos) return {.form = Answer::Form::kUnterminated, .number = 0, .text = {}};
-  return {.form = Answer::Form::kText, .number = 0, .text = std::string(text.substr(0, length))};
-}
-
 // "-52:-58": the antenna's number, where something was read.
 Reading Antenna(const Row& row, const Answer& answer, bool main) {
-  if (answer.form != Answer::Form::kText) return DecideMarkedText(row, answer, kReasons);
-  const std::string_view text = answer.text;
-  if (text == "0:0") return Missing(row, Status::kNotPresent, kReasons.not_collected);
+  if (!answer) return DecideMarked(row, answer, kReasons);
+  const std::string_view text = answer->text;
   const size_t colon = text.find(':');
   const std::string_view part =
       main ? text.substr(0, colon) : text.substr(colon == std::string_view::npos ? text.size() : colon + 1);
@@ -113,7 +90,7 @@ Reading Antenna(const Row& row, const Answer& answer, bool main) {
   if (error != std::errc() || end != part.data() + part.size()) {
     return Missing(row, Status::kError, "the answer is not two numbers");
   }
-  return DecideMarkedNumber(row, static_cast<uint32_t>(dbm), kReasons);
+  return Ok(row, int64_t{dbm});
 }
 
 }  // namespace
@@ -123,13 +100,9 @@ std::span<const Row> WifiRows() { return kRowsOfWifi; }
 std::vector<Reading> CollectWifi(Session& session) {
   session.Tell("Wi-Fi");
   std::vector<Reading> readings;
-  AnswerCache answers(session);
+  AnswerCache answers(session.context());
   for (const Row& row : kRowsOfWifi) {
-    if (row.key == "wifi.card") {
-      readings.push_back(DecideMarkedText(row, CardName(session, row), kReasons));
-    } else if (row.key == "wifi.access_point_vendor") {
-      readings.push_back(DecideMarkedText(row, AccessPoint(session, row), kReasons));
-    } else if (row.key == "wifi.rssi_main" || row.key == "wifi.rssi_aux") {
+    if (row.key == "wifi.rssi_main" || row.key == "wifi.rssi_aux") {
       readings.push_back(Antenna(row, answers.Of(row), row.key == "wifi.rssi_main"));
     } else {
       readings.push_back(DecideMarked(row, answers.Of(row), kReasons));

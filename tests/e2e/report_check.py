@@ -80,6 +80,7 @@ def check_scenario(folder, name, docs):
                     "missing"]:
         problems.append(f"sections {page.ids}")
     data = json.loads(page.data)
+    problems += [f"no style for {part}" for part in ("@media print", "prefers-color-scheme: dark") if part not in text]
     for key, reading in everything["readings"].items():
         reported = data["readings"].get(key)
         if reported is None:
