@@ -9,6 +9,15 @@ set_property(GLOBAL PROPERTY RULE_LAUNCH_LINK "\"${CMAKE_COMMAND}\" -E env \"_LI
 add_compile_options(-ffunction-sections -fdata-sections)
 add_link_options(-Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat)
 
+# Undefined behaviour ends the program with a message that names it and the calls that led to it. Not for what is shipped.
+# The definition is there for the compiler driver's cache, see below.
+option(VEXA_UBSAN "Check every operation for undefined behaviour" OFF)
+if(VEXA_UBSAN)
+  set(VEXA_UBSAN_OPTIONS -fsanitize=undefined -fno-sanitize-recover=all -DVEXA_UBSAN)
+  add_compile_options(${VEXA_UBSAN_OPTIONS})
+  add_link_options(-fsanitize=undefined)
+endif()
+
 # What the shipped programs are compiled with; frame/stack_guard.c belongs to it. The compiler driver's own cache does not
 # tell -fstack-protector-strong from its absence, so a definition goes with it.
 add_library(vexa_stack_protector INTERFACE)

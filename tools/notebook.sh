@@ -1,12 +1,16 @@
 # The simulated notebook: a Wine prefix per machine with the product and a scenario in it. Sourced after lib.sh.
 #
 # MACHINE   x64 or arm64
+# PRESET    how it is built: the machine and, where VEXA_VARIANT says so, a variant ("-ubsan")
+# BUILT     the folder of that build
 # WINEPREFIX the machine's prefix
 
 # use_machine x64|arm64: chooses the machine that the functions below work on.
 use_machine() {
   MACHINE=$1
-  export WINEPREFIX=${VEXA_PREFIX:-$ROOT/build/prefix}-$MACHINE
+  PRESET=$MACHINE${VEXA_VARIANT:-}
+  BUILT=$ROOT/build/$PRESET
+  export WINEPREFIX=${VEXA_PREFIX:-$ROOT/build/prefix}-$PRESET
   WINE=$ROOT/tools/wine-$MACHINE.sh
 }
 
@@ -57,7 +61,7 @@ install_part() {
 
 # Puts the simulated firmware in the place of Wine's own WMI locator, once per file.
 install_firmware() {
-  local file=$ROOT/build/$MACHINE/notebook/firmware/vexa-firmware.dll folder=$WINEPREFIX/drive_c/vexa-notebook
+  local file=$BUILT/notebook/firmware/vexa-firmware.dll folder=$WINEPREFIX/drive_c/vexa-notebook
   mkdir -p "$folder"
   cmp -s "$file" "$folder/vexa-firmware.dll" && return 0
   cp "$file" "$folder/"
@@ -67,7 +71,7 @@ install_firmware() {
 # Puts the stand-ins of the radios in place: the optional libraries where the system has its own, that of the network
 # interfaces beside the product, where Wine takes a library of that name only when it is told to.
 install_radios() {
-  local built=$ROOT/build/$MACHINE/notebook/radios folder=$WINEPREFIX/drive_c/windows/system32 marker=$WINEPREFIX/radios
+  local built=$BUILT/notebook/radios folder=$WINEPREFIX/drive_c/windows/system32 marker=$WINEPREFIX/radios
   copy_changed "$folder" "$built/wlanapi.dll" "$built/bluetoothapis.dll"
   copy_changed "$WINEPREFIX/drive_c/Vexa" "$built/iphlpapi.dll"
   [ ! -f "$marker" ] || return 0
@@ -76,14 +80,18 @@ install_radios() {
   touch "$marker"
 }
 
-install_product() { copy_changed "$WINEPREFIX/drive_c/Vexa" "$@"; }
+# A variant names the lines of its findings from the PDBs.
+install_product() {
+  local file pdbs=()
+  for file in "$@"; do [ -z "${VEXA_VARIANT:-}" ] || [ ! -f "${file%.*}.pdb" ] || pdbs+=("${file%.*}.pdb"); done
+  copy_changed "$WINEPREFIX/drive_c/Vexa" "$@" "${pdbs[@]}"
+}
 
 # install_notebook [SCENARIO.json]: the whole build of the machine in its prefix, which is started.
 install_notebook() {
-  local built=$ROOT/build/$MACHINE
   start_prefix
-  install_product "$built/VexaWinIO64.dll" "$built/vexahealth.exe"
-  [ "$MACHINE" = arm64 ] || install_product "$built/notebook/driver/VexaSAIO.sys"
+  install_product "$BUILT/VexaWinIO64.dll" "$BUILT/vexahealth.exe"
+  [ "$MACHINE" = arm64 ] || install_product "$BUILT/notebook/driver/VexaSAIO.sys"
   install_firmware
   install_radios
   [ -z "${1:-}" ] || install_scenario "$1"

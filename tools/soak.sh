@@ -11,13 +11,13 @@ VEXA_PREFIX=${VEXA_PREFIX:-$ROOT/build/prefix}-soak
 use_machine "${2:-x64}"
 
 targets=(VexaWinIO64 soak_test vexa-firmware vexa-radios)
-files=("$ROOT/build/$MACHINE/VexaWinIO64.dll" "$ROOT/build/$MACHINE/tests/soak_test.exe")
+files=("$BUILT/VexaWinIO64.dll" "$BUILT/tests/soak_test.exe")
 if [ "$MACHINE" = x64 ]; then
   targets+=(vexa-saio)
-  files+=("$ROOT/build/x64/notebook/driver/VexaSAIO.sys")
+  files+=("$BUILT/notebook/driver/VexaSAIO.sys")
 fi
 build_preset native vexa-scenario
-build_preset "$MACHINE" "${targets[@]}"
+build_preset "$PRESET" "${targets[@]}"
 
 output=$(mktemp)
 trap 'stop_prefix; rm -f "$output"' EXIT

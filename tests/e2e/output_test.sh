@@ -88,7 +88,7 @@ for code in 5 6 7; do
 done
 
 # No library beside the client; one that is none; one that can't be written to.
-cp "$ROOT/build/x64/vexahealth.exe" "$WINEPREFIX/drive_c/Vexa/alone/"
+cp "$BUILT/vexahealth.exe" "$WINEPREFIX/drive_c/Vexa/alone/"
 program=$WINEPREFIX/drive_c/Vexa/alone/vexahealth.exe
 for command in status radio settings "settings set quiet-fan on" "get battery.rsoc" doctor --version; do
   document "alone-${command// /-}" 3 $command --json

@@ -2,7 +2,6 @@
 # Runs e2e_test.exe on a simulated notebook of its own. The arguments are GoogleTest's; its text goes to
 # standard output.
 #
-# VEXA_X64_BUILD     folder of the x64 build       (build/x64)
 # VEXA_NATIVE_BUILD  folder of the native build    (build/native)
 # VEXA_DYING_OWNERS  how many owners of the fan mutex are killed (8)
 # VEXA_PREFIX        where the Wine prefix is made (build/prefix), with "-e2e-x64" behind it
@@ -10,7 +9,6 @@
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
 source "$ROOT/tools/notebook.sh"
 
-x64=${VEXA_X64_BUILD:-$ROOT/build/x64}
 scenario_tool=${VEXA_NATIVE_BUILD:-$ROOT/build/native}/notebook/scenario/vexa-scenario
 VEXA_PREFIX=${VEXA_PREFIX:-$ROOT/build/prefix}-e2e
 use_machine x64
@@ -21,7 +19,7 @@ trap 'stop_prefix; rm -f "$output"' EXIT
 stop_prefix
 rm -rf "$WINEPREFIX"
 start_prefix
-install_product "$x64/tests/e2e_test.exe" "$x64/VexaWinIO64.dll" "$x64/notebook/driver/VexaSAIO.sys"
+install_product "$BUILT/tests/e2e_test.exe" "$BUILT/VexaWinIO64.dll" "$BUILT/notebook/driver/VexaSAIO.sys"
 images=$WINEPREFIX/drive_c/vexa-notebook
 mkdir -p "$images"
 cp "$ROOT/tests/data/x64_readings.tsv" "$images/"

@@ -22,6 +22,6 @@ esac
 [ -z "$whole" ] || limit=0 calls=1000
 
 start_prefix
-install_product "$ROOT/build/$MACHINE/VexaWinIO64.dll" "$ROOT/build/$MACHINE/tests/sweep_test.exe"
+install_product "$BUILT/VexaWinIO64.dll" "$BUILT/tests/sweep_test.exe"
 export VEXA_SWEEP_LIMIT=$limit VEXA_SWEEP_CALLS=$calls
 exec "$WINE" 'C:\Vexa\sweep_test.exe' "$@"
