@@ -28,6 +28,7 @@ constexpr char kScenario[] = R"({ "tables": [
     "rows": [ { "Id": 0, "Even": true }, { "Id": 1, "Even": false }, { "Id": 2, "Even": true } ] } ],
   "rules": [
     { "on": { "step": "ExecQuery", "class": "Win32_Processor" }, "nth": 1, "then": { "rows": 0 } },
+    { "on": { "step": "ExecQuery", "class": "Win32_Process" }, "then": { "rows": 1 } },
     { "on": { "step": "Get", "class": "Win32_OperatingSystem", "property": "Name" }, "nth": 2,
       "then": { "raw": { "vt": 3, "value": 5 } } },
     { "on": { "step": "Next", "class": "Win32_ComputerSystem" }, "nth": 1, "then": { "fail": "0x80041001" } } ] })";
@@ -189,6 +190,12 @@ TEST_F(Tables, TheSystemsOwnRowsAreHandedOn) {
   EXPECT_FALSE(caller_.FirstRow(L"select * from Win32_ComputerSystem"));
   EXPECT_TRUE(caller_.FirstRow(L"select * from Win32_ComputerSystem"));
   EXPECT_EQ(Objects("IWbemClassObject"), 2);
+  const Ref<IEnumWbemClassObject> processes = caller_.Query(L"select * from Win32_Process");
+  for (const HRESULT result : {WBEM_S_NO_ERROR, WBEM_S_FALSE}) {
+    Ref<IWbemClassObject> row;
+    ULONG count = 0;
+    EXPECT_EQ(processes->Next(WBEM_INFINITE, 1, row.Out(), &count), result);
+  }
 }
 
 // The system's own objects come back to it as it made them.
