@@ -175,27 +175,6 @@ TEST(Prometheus, NumbersComeInBaseUnits) {
   EXPECT_FALSE(Has(down, "vexahealth_battery_"));
 }
 
-TEST(Prometheus, EveryMetricStandsTogetherUnderOneType) {
-  for (const char* hostile : kHostile) {
-    std::vector<std::string> seen;
-    std::string current, helped;
-    for (const std::string& line : Lines(PrometheusText(Named(hostile)))) {
-      if (line.starts_with("# HELP ")) {
-        helped = line.substr(7, line.find(' ', 7) - 7);
-        EXPECT_GT(line.size(), 8 + helped.size()) << line;
-      } else if (line.starts_with("# TYPE ")) {
-        current = line.substr(7, line.rfind(' ') - 7);
-        EXPECT_EQ(std::ranges::count(seen, current), 0) << current;
-        EXPECT_EQ(helped, current);
-        seen.push_back(current);
-      } else {
-        EXPECT_TRUE(line.starts_with(current + "{") || line.starts_with(current + " ")) << line;
-        EXPECT_EQ(line.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789_"), current.size()) << line;
-      }
-    }
-  }
-}
-
 TEST(Table, GroupsExplainsAndKeepsItsColumns) {
   TheScript() = HealthyScript();
   TheScript()["battery.cycle_count"] = VEXA_NO_ANSWER;

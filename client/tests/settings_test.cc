@@ -192,17 +192,11 @@ TEST_F(SettingsTest, ClaimsOfAChange) {
   refusing.refuses = true;
   other_before.limit_file = 60;
   fan_before.fan = fan_before.fan_file = 1;
+  // clang-format off: a case in few lines
   const Case cases[] = {
       {"limit", kWithFolder, kLimit80, kExitOk, true, true, true, "reads as 80 %, from the setting file",
        "inside the firmware"},
-      {"limit, no folder",
-       {},
-       kLimit80,
-       kExitOk,
-       true,
-       no,
-       false,
-       "accepted charge-limit 80 %",
+      {"limit, no folder", {}, kLimit80, kExitOk, true, no, false, "accepted charge-limit 80 %",
        "no application folder is known to remember it"},
       {"limit, another key", with_key_60, kLimit80, kExitOk, true, true, false, "setting file was written",
        "reads as 60 %: it comes from the hotkey utility's key"},
@@ -225,6 +219,7 @@ TEST_F(SettingsTest, ClaimsOfAChange) {
       {"fan, refused", {.refuses = true}, kFanOn, kExitRefused, false, no, false, "", "reports its quiet fan as off"},
       {"no fan", {.fan = std::nullopt}, kFanOn, kExitNotSupported, no, no, no, "", ""},
   };
+  // clang-format on
   for (const Case& test : cases) {
     Be(test.machine);
     Set(test.request);

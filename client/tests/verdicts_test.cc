@@ -128,34 +128,29 @@ TEST(Verdicts, WithoutABatteryThereIsNothingToJudge) {
   }
 }
 
-TEST(Verdicts, ASilentFanIsNotCountedAsGood) {
-  const Report report =
-      WithStatus(ReportWith({{"fan.count", N(2)}, {"fan.1.speed", N(3000)}}), "fan.2.speed", Status::kNoAnswer);
-  EXPECT_EQ(VerdictOf(report, "fans").level, Level::kUnknown);
+TEST(Verdicts, WhatDidNotAnswerIsNotGood) {
+  const Report fans = ReportWith({{"fan.count", N(2)}, {"fan.1.speed", N(3000)}});
+  EXPECT_EQ(VerdictOf(WithStatus(fans, "fan.2.speed", Status::kNoAnswer), "fans").level, Level::kUnknown);
+  const Report good = ReportWith({{"ec.table_version", N(28)}});
+  EXPECT_EQ(VerdictOf(good, "readings").level, Level::kGood);
+  for (const auto& [status, level] : {std::pair{Status::kError, Level::kWatch},
+                                      {Status::kNoAnswer, Level::kWatch},
+                                      {Status::kUnsupported, Level::kGood}}) {
+    EXPECT_EQ(VerdictOf(WithStatus(good, "battery.rsoc", status), "readings").level, level);
+  }
 }
 
-TEST(Verdicts, TheFirmwareRouteIsJudgedByItsOwnAnswers) {
+TEST(Verdicts, TheControllerIsJudgedByItsRouteAndTheLibrary) {
   Report report = ReportWith({{"inventory.product", "Vexa"}, {"adapter.online", true}});
   report.library.route = Route::kFirmware;
   EXPECT_EQ(VerdictOf(report, "controller").level, Level::kAct);
   report = ReportWith({{"temperature.cpu", N(40)}});
   report.library.route = Route::kFirmware;
   EXPECT_EQ(VerdictOf(report, "controller").level, Level::kGood);
-}
-
-TEST(Verdicts, AnErrorOfTheLibraryStandsFirst) {
-  Report report = ReportWith({{"ec.table_version", N(28)}});
+  report = ReportWith({{"ec.table_version", N(28)}});
   report.error = "the library is not ready";
   EXPECT_EQ(VerdictOf(report, "controller").level, Level::kAct);
   EXPECT_EQ(VerdictOf(report, "controller").finding, "The library is not ready.");
-}
-
-TEST(Verdicts, SilenceAndBrokenAnswersAreWatched) {
-  const Report good = ReportWith({{"ec.table_version", N(28)}});
-  EXPECT_EQ(VerdictOf(good, "readings").level, Level::kGood);
-  EXPECT_EQ(VerdictOf(WithStatus(good, "battery.rsoc", Status::kError), "readings").level, Level::kWatch);
-  EXPECT_EQ(VerdictOf(WithStatus(good, "battery.rsoc", Status::kNoAnswer), "readings").level, Level::kWatch);
-  EXPECT_EQ(VerdictOf(WithStatus(good, "battery.rsoc", Status::kUnsupported), "readings").level, Level::kGood);
 }
 
 // Whatever is missing, each verdict says something, in sentences, and names its rule whole.
