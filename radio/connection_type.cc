@@ -12,6 +12,7 @@
 #include "frame/line.h"
 #include "frame/log.h"
 #include "frame/text_value.h"
+#include "radio/enumeration.h"
 #include "radio/peripheral_class.h"
 #include "radio/wifi_interface.h"
 #include "vexa/peripherals.h"
@@ -33,9 +34,9 @@ std::vector<NetworkInterface> ReadInterfaces() {
     if (GetIfEntry2(&row) != NO_ERROR) continue;
     interfaces.push_back({.index = row.InterfaceIndex,
                           .type = row.Type,
-                          .medium = static_cast<uint32_t>(row.PhysicalMediumType),
+                          .medium = NumberIn(row.PhysicalMediumType),
                           .hardware = row.InterfaceAndOperStatusFlags.HardwareInterface != 0,
-                          .up = row.OperStatus == IfOperStatusUp});
+                          .up = NumberIn(row.OperStatus) == IfOperStatusUp});
   }
   return interfaces;
 }

@@ -18,6 +18,7 @@
 #include "radio/antenna_reader.h"
 #include "radio/bss_list.h"
 #include "radio/connection_type.h"
+#include "radio/enumeration.h"
 #include "radio/max_rate.h"
 #include "radio/scan_classifier.h"
 #include "radio/wifi_interface.h"
@@ -125,7 +126,7 @@ void StoreCardName(const wchar_t* description) {
 // False when the collection has failed.
 bool CollectInterface(const WlanClient& client, const WLAN_INTERFACE_INFO& interface_info, bool is_first) {
   LogInterface(interface_info.InterfaceGuid);
-  const bool is_connected = interface_info.isState == wlan_interface_state_connected;
+  const bool is_connected = NumberIn(interface_info.isState) == wlan_interface_state_connected;
   if (is_connected || is_first) {
     StoreCardName(interface_info.strInterfaceDescription);
     g_wifi.connected = is_connected ? 1 : 0;
