@@ -3,7 +3,6 @@
 # standard output.
 #
 # VEXA_NATIVE_BUILD  folder of the native build    (build/native)
-# VEXA_DYING_OWNERS  how many owners of the fan mutex are killed (8)
 # VEXA_PREFIX        where the Wine prefix is made (build/prefix), with "-e2e-x64" behind it
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/lib.sh"
