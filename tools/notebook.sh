@@ -39,7 +39,9 @@ build_preset() {
   shift
   mkdir -p "$ROOT/build"
   {
-    [ -f "$ROOT/build/$preset/build.ninja" ] || (cd "$ROOT" && cmake --preset "$preset")
+    [ -f "$ROOT/build/$preset/build.ninja" ] ||
+      (cd "$ROOT" && CMAKE_C_COMPILER_LAUNCHER=$ROOT/tools/compile-cached \
+        CMAKE_CXX_COMPILER_LAUNCHER=$ROOT/tools/compile-cached cmake --preset "$preset")
     (cd "$ROOT" && cmake --build --preset "$preset" --target "$@")
   } >"$log" 2>&1 || { tail -n 40 "$log" >&2; die "building $preset failed; see $log"; }
 }

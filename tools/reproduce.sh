@@ -3,6 +3,7 @@
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 source "$ROOT/tools/notebook.sh"
 "$ROOT/tools/setup.sh" x64
+export CCACHE_DISABLE=1
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 git clone --quiet "$ROOT" "$folder/a-checkout-of-another-name"

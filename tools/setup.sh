@@ -33,7 +33,7 @@ setup_headers() {
   ln -sfn /usr/include/CLI "$CACHE/include/CLI"
 }
 
-setup_build() { need_packages cmake ninja-build; }
+setup_build() { need_packages ccache cmake ninja-build; }
 
 setup_x64() { setup_build; setup_zig; setup_headers; need_packages wine64 googletest; }
 
