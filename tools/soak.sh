@@ -16,6 +16,7 @@ if [ "$MACHINE" = x64 ]; then
   targets+=(vexa-saio)
   files+=("$BUILT/notebook/driver/VexaSAIO.sys")
 fi
+"$ROOT/tools/setup.sh" x64 native
 build_preset native vexa-scenario
 build_preset "$PRESET" "${targets[@]}"
 
