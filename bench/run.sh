@@ -15,7 +15,7 @@ if [ "${1:-}" = -n ]; then
 fi
 [ "$#" != 0 ] || set -- driver wifi trace wmi load client firmware
 
-"$ROOT/tools/setup.sh" x64 native
+"$ROOT/tools/setup.sh" x64 native checks
 build_preset native vexa-scenario
 build_preset x64 vexa_bench same_imports first_line VexaWinIO64 vexahealth vexa-saio vexa-firmware
 readonly X64=$ROOT/build/x64

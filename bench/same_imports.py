@@ -7,12 +7,14 @@ same_imports.py check DLL TWIN     compares the two tables
 import pathlib
 import sys
 
+import pefile
+
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "tests" / "artefacts"))
-from pe_file import PeFile  # noqa: E402
+from pe_file import imports as imports_of  # noqa: E402
 
 
 def imports(path):
-    tables = PeFile(pathlib.Path(path).read_bytes()).imports()
+    tables = imports_of(pefile.PE(path))
     return {dll.lower(): sorted(functions) for dll, functions in tables.items()}
 
 

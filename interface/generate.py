@@ -11,7 +11,6 @@ import cpp
 import csharp_binding
 import python_binding
 import reference
-import sweep
 import rust_binding
 
 # Folders that hold made files only: a file in them that nothing makes is stale too.
@@ -28,7 +27,6 @@ def made_files():
     files["bindings/python/vexawinio.py"] = python_binding.module(exports, top)
     files["bindings/csharp/VexaWinIO.cs"] = csharp_binding.source(exports, top)
     files["bindings/rust/src/lib.rs"] = rust_binding.source(exports, top)
-    files["tests/sweep/exports.inc"] = sweep.rows(exports)
     return files
 
 

@@ -1,8 +1,15 @@
-"""tests/sweep/exports.inc: a row per export, with typical arguments and what the catalogue says of it and its answers."""
+#!/usr/bin/env python3
+"""Writes a row per export, with typical arguments and what the catalogue says of it and its answers, for the tests that
+call them all. The build runs it.
+
+usage: sweep.py OUT.inc
+"""
 
 import json
+import pathlib
+import sys
 
-from catalogue import role
+from catalogue import load, role
 
 # Typical arguments by name; of the others it is 1.
 TYPICAL = {"duty": "50", "level": "80", "offset": "0x50", "table": "0xBB", "holds_mutex": "0", "x": "41", "length": "10"}
@@ -36,4 +43,12 @@ def row(export):
 
 
 def rows(exports):
-    return "\n".join(["// Made from interface/exports.json by interface/generate.py."] + [row(e) for e in exports.values()]) + "\n"
+    return "\n".join(["// Made from interface/exports.json by interface/sweep.py."] + [row(e) for e in exports.values()]) + "\n"
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    out = pathlib.Path(sys.argv[1])
+    out.parent.mkdir(parents=True, exist_ok=True)
+    out.write_text(rows(load()), encoding="utf-8")

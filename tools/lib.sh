@@ -2,12 +2,14 @@
 #
 # ROOT   the checkout
 # CACHE  where tools are kept between runs and between checkouts (VEXA_CACHE overrides it)
+# CHECKS_PYTHON  a Python with the modules of tools/requirements-checks.txt, which "tools/setup.sh checks" makes
 
 set -euo pipefail
 
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 CACHE=${VEXA_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/vexa}
 mkdir -p "$CACHE"
+CHECKS_PYTHON=$CACHE/checks-$(sha256sum <"$ROOT/tools/requirements-checks.txt" | cut -c 1-12)/bin/python3
 
 say() { printf '%s\n' "$*" >&2; }
 die() { say "$*"; exit 1; }

@@ -33,7 +33,7 @@ setup_headers() {
   ln -sfn /usr/include/CLI "$CACHE/include/CLI"
 }
 
-setup_build() { need_packages ccache cmake ninja-build; }
+setup_build() { need_packages ccache cmake ninja-build python3; }
 
 setup_x64() { setup_build; setup_zig; setup_headers; need_packages wine64 googletest; }
 
@@ -43,11 +43,11 @@ setup_native() { setup_build; setup_headers; need_packages clang-19 libclang-rt-
 setup_arm64() { setup_x64; "$ROOT/tools/setup-arm64.sh"; }
 
 setup_checks() {
-  local home=$CACHE/checks-jsonschema-4.17.3
+  local home=${CHECKS_PYTHON%/bin/python3}
   need_packages zsh fish
-  [ -x "$home/bin/python3" ] && return 0
+  [ -x "$CHECKS_PYTHON" ] && return 0
   need_packages python3 python3-venv
-  say "installing the JSON Schema validator"
+  say "installing what the checks import"
   rm -rf "$home" "$home.new"
   /usr/bin/python3 -m venv "$home.new"
   "$home.new/bin/pip" install --quiet --disable-pip-version-check --require-hashes -r "$ROOT/tools/requirements-checks.txt" >&2

@@ -4,18 +4,19 @@
 usage: pe_check.py [ROOT] [--x64 FILE] [--arm64 FILE]
 
 ROOT is the checkout (the one that holds this file). A DLL that is not given is taken from ROOT/build/x64 and
-ROOT/build/arm64. One line per check: "ok NAME" or "FAIL NAME: why".
+ROOT/build/arm64. The images are read by pefile (tools/setup.sh checks). One line per check: "ok NAME" or "FAIL NAME: why".
 """
 
 import argparse
 import pathlib
 import re
-import struct
 import sys
 import uuid
 
+import pefile
+
 sys.dont_write_bytecode = True  # the checkout stays as it is
-from pe_file import PeFile, pdb_identity
+from pe_file import codeview, imports, pdb_identity, stack_checks
 from trace_blob import read_trace_blobs
 
 LARGEST = 350 * 1024
@@ -92,67 +93,69 @@ def check_trace(name, image):
 
 def check_protection(name, pe):
     """Of the library and of the client."""
-    flags = (("dynamic-base", DYNAMIC_BASE), ("high-entropy-va", HIGH_ENTROPY_VA), ("nx-compat", NX_COMPAT))
-    for flag, bit in flags:
-        check(f"{name}/{flag}", pe.dll_characteristics & bit, hex(pe.dll_characteristics))
-    both = [section for section, flags in pe.section_flags if flags & WRITABLE and flags & EXECUTABLE]
+    characteristics = pe.OPTIONAL_HEADER.DllCharacteristics
+    for flag, bit in (("dynamic-base", DYNAMIC_BASE), ("high-entropy-va", HIGH_ENTROPY_VA), ("nx-compat", NX_COMPAT)):
+        check(f"{name}/{flag}", characteristics & bit, hex(characteristics))
+    both = [section.Name for section in pe.sections if section.Characteristics & WRITABLE and section.Characteristics & EXECUTABLE]
     same(f"{name}/no-section-writable-and-executable", both, [])
-    config = pe.load_config()
-    check(f"{name}/load-configuration", config, "none, or too short")
+    config = getattr(pe, "DIRECTORY_ENTRY_LOAD_CONFIG", None)
+    check(f"{name}/load-configuration", config, "none")
     if config:
-        same(f"{name}/imports-from-the-system-folder-only", config["load_flags"], SYSTEM_FOLDER_ONLY)
-        same(f"{name}/canary-is-the-loaders-to-seed", hex(config["value"]), hex(DEFAULT_COOKIE))
-        section = next(flags for (_, flags), (size, address, _, _) in zip(pe.section_flags, pe.sections)
-                       if address <= config["cookie"] < address + size)
-        check(f"{name}/canary-is-writable", section & WRITABLE, hex(section))
-    checks = pe.stack_checks()
+        same(f"{name}/imports-from-the-system-folder-only", config.struct.DependentLoadFlags, SYSTEM_FOLDER_ONLY)
+        cookie = config.struct.SecurityCookie - pe.OPTIONAL_HEADER.ImageBase
+        same(f"{name}/canary-is-the-loaders-to-seed", hex(pe.get_qword_at_rva(cookie)), hex(DEFAULT_COOKIE))
+        section = pe.get_section_by_rva(cookie)
+        check(f"{name}/canary-is-writable", section.Characteristics & WRITABLE, hex(section.Characteristics))
+    checks = stack_checks(pe)
     check(f"{name}/functions-look-at-the-canary", checks >= LEAST_STACK_CHECKS, f"only {checks} do")
 
 
-def check_client(machine, path):
-    if not path.is_file():
-        check(f"{machine}-client/is-there", False, f"no file {path}")
-        return
-    pe = PeFile(path.read_bytes())
-    same(f"{machine}-client/machine", hex(pe.machine), hex(MACHINES[machine]))
-    check_protection(f"{machine}-client", pe)
-
-
-def check_dll(machine, path, exports, full_list, version):
-    name = machine
+def read_image(machine, name, path):
+    """None, and a failed check, for a file that is missing."""
     if not path.is_file():
         check(f"{name}/is-there", False, f"no file {path}")
-        return
-    pe = PeFile(path.read_bytes())
-    same(f"{name}/machine", hex(pe.machine), hex(MACHINES[machine]))
-    check(f"{name}/size", len(pe.data) <= LARGEST, f"{len(pe.data)} bytes, more than {LARGEST}")
+        return None
+    pe = pefile.PE(path)
+    same(f"{name}/machine", hex(pe.FILE_HEADER.Machine), hex(MACHINES[machine]))
+    same(f"{name}/pefile-has-no-complaint", pe.get_warnings(), [])
     check_protection(name, pe)
+    return pe
 
-    found, unnamed = pe.exports()
+
+def check_dll(name, path, exports, full_list, version):
+    pe = read_image(name, name, path)
+    if pe is None:
+        return
+    size = path.stat().st_size
+    check(f"{name}/size", size <= LARGEST, f"{size} bytes, more than {LARGEST}")
+
+    symbols = pe.DIRECTORY_ENTRY_EXPORT.symbols
+    found = {symbol.name.decode(): symbol.ordinal for symbol in symbols if symbol.name}
     same(f"{name}/exports-the-whole-list", set(found), set(full_list))
     same(f"{name}/exports-and-ordinals", found, exports)
-    same(f"{name}/no-export-without-a-name", unnamed, [])
+    same(f"{name}/no-export-without-a-name", [symbol.ordinal for symbol in symbols if not symbol.name], [])
 
-    imports = pe.imports()
-    check(f"{name}/imports", imports, "none found")
-    same(f"{name}/no-banned-dll", [dll for dll in imports if BANNED_DLLS.fullmatch(dll)], [])
-    functions = {function for of_dll in imports.values() for function in of_dll}
+    imported = imports(pe)
+    check(f"{name}/imports", imported, "none found")
+    same(f"{name}/no-banned-dll", [dll for dll in imported if BANNED_DLLS.fullmatch(dll)], [])
+    functions = {function for of_dll in imported.values() for function in of_dll}
     same(f"{name}/no-banned-function", functions & BANNED_FUNCTIONS, set())
 
-    fixed = pe.version_info()
-    check(f"{name}/version-resource", fixed, "none, or its signature is wrong")
+    fixed = getattr(pe, "VS_FIXEDFILEINFO", None)
+    check(f"{name}/version-resource", fixed, "none")
     if fixed:
-        same(f"{name}/file-version", fixed["file_version"], version)
-        same(f"{name}/file-type-is-dll", fixed["file_type"], 2)
+        high, low = fixed[0].FileVersionMS, fixed[0].FileVersionLS
+        same(f"{name}/file-version", (high >> 16, high & 0xFFFF, low >> 16, low & 0xFFFF), version)
+        same(f"{name}/file-type-is-dll", fixed[0].FileType, 2)
 
-    debug = pe.codeview()
+    debug = codeview(pe)
     pdb = path.with_suffix(".pdb")
     check(f"{name}/debug-directory", debug, "no CodeView record")
     check(f"{name}/pdb", pdb.is_file(), f"no file {pdb.name}")
     if debug and pdb.is_file():
         same(f"{name}/pdb-fits", pdb_identity(pdb), debug["guid"])
         check(f"{name}/pdb-has-no-folder", not re.search(r"[/\\]", debug["pdb"]), debug["pdb"])
-    check_trace(name, pe.data)
+    check_trace(name, path.read_bytes())
 
 
 def main():
@@ -174,8 +177,8 @@ def main():
         path = getattr(arguments, machine) or root / "build" / machine / "VexaWinIO64.dll"
         try:
             check_dll(machine, path, exports, full_list, version)
-            check_client(machine, path.with_name("vexahealth.exe"))
-        except (ValueError, struct.error, IndexError) as error:
+            read_image(machine, f"{machine}-client", path.with_name("vexahealth.exe"))
+        except (pefile.PEFormatError, AttributeError) as error:  # a table that is not there is an attribute that is not
             check(f"{machine}/is-a-pe-file", False, error)
     print(f"{counts[True]} passed, {counts[False]} failed")
     return 1 if counts[False] else 0

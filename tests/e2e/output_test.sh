@@ -10,7 +10,6 @@ use_machine x64
 install_notebook
 
 work=$ROOT/build/output-test
-python=$CACHE/checks-jsonschema-4.17.3/bin/python3
 image=$WINEPREFIX/drive_c/vexa-notebook/scenario.bin
 rm -rf "$work"
 mkdir -p "$work/scenarios" "$work/out" "$WINEPREFIX/drive_c/Vexa/alone"
@@ -35,7 +34,7 @@ set_route() {
   quiet_wine reg delete 'HKLM\SOFTWARE\Vexa\Vexa System Control Interface\VexaSystemAnalysis' /f || true
 }
 
-"$python" "$ROOT/tests/e2e/scenario_variants.py" "$work/scenarios" >"$work/list"
+"$CHECKS_PYTHON" "$ROOT/tests/e2e/scenario_variants.py" "$work/scenarios" >"$work/list"
 route=x64
 while read -r name expected command formats wanted_route; do
   [ "$route" = "$wanted_route" ] || set_route "$wanted_route"
@@ -100,11 +99,11 @@ rm -rf "$WINEPREFIX/drive_c/Vexa/alone"
 code=$(client /dev/full --version)
 verdict "full disk: exit code $code, not 4" "$([ "$code" = 4 ]; echo $?)"
 
-"$python" "$ROOT/tools/readings_page.py" <"$work/out/keys.document" >"$work/readings.md"
+"$CHECKS_PYTHON" "$ROOT/tools/readings_page.py" <"$work/out/keys.document" >"$work/readings.md"
 verdict "docs/readings.md is not what the client lists" "$(cmp "$work/readings.md" "$ROOT/docs/readings.md" >&2; echo $?)"
 
 install_scenario "$ROOT/notebook/scenarios/healthy-x64.json"
-"$python" "$ROOT/tests/e2e/output_check.py" "$ROOT/docs/schema/vexahealth-1.schema.json" "$work/out/keys.document" "$work/out" \
+"$CHECKS_PYTHON" "$ROOT/tests/e2e/output_check.py" "$ROOT/docs/schema/vexahealth-1.schema.json" "$work/out/keys.document" "$work/out" \
   >"$work/result" || true
 sed '$d' "$work/result"
 read -r good _ bad _ < <(tail -n 1 "$work/result")

@@ -16,10 +16,12 @@ import unittest
 import xml.etree.ElementTree
 import zipfile
 
+import pefile
+
 sys.dont_write_bytecode = True
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tests" / "artefacts"))
-from pe_file import PeFile
+from pe_file import codeview
 MACHINES = ("x64", "arm64")
 EXPECTED = ("bin/VexaWinIO64.dll", "bin/VexaWinIO64.pdb", "bin/vexahealth.exe", "lib/VexaWinIO64.lib", "lib/VexaWinIO64.dll.a",
             "lib/VexaWinIO64.def", "lib/cmake/VexaWinIO64/VexaWinIO64Config.cmake", "lib/pkgconfig/vexawinio64.pc",
@@ -85,7 +87,7 @@ class Packages(unittest.TestCase):
             for name in ("VexaWinIO64.dll", "vexahealth.exe"):
                 image, pdb = (pathlib.Path(self.folder.name) / part for part in (name, "other.pdb"))
                 data = files[f"bin/{name}"]
-                identity = PeFile(data).codeview()["guid"].bytes_le
+                identity = codeview(pefile.PE(data=data))["guid"].bytes_le
                 stamp = data[(header := struct.unpack_from("<I", data, 0x3C)[0]) + 8:header + 12]
                 self.assertNotIn(stamp, (bytes(4), b"\xFF" * 4))
                 image.write_bytes(data.replace(identity, bytes(range(16))).replace(stamp, b"time"))
