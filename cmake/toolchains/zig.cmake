@@ -2,7 +2,7 @@
 # The including file sets VEXA_ZIG_TARGET and CMAKE_SYSTEM_PROCESSOR.
 #
 # zig is taken from the environment variable VEXA_ZIG, else from the tools folder that tools/setup.sh fills, else from
-# the PATH. Its global cache ignores some code-generation flags, so it is kept per target and per flag set.
+# the PATH. The scripts compile through tools/compile-cached, which keeps zig's own cache of objects out.
 
 set(CMAKE_SYSTEM_NAME Windows)
 
