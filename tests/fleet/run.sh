@@ -37,4 +37,4 @@ done < <(python3 "$ROOT/tests/fleet/notebooks.py" "$work/scenarios")
 rm -f "$folder"/look.bat "$folder"/collect.cmd
 timeout 60 "$WINE" reg delete 'HKLM\SOFTWARE\Vexa\Config' /v Arch /f </dev/null >/dev/null 2>&1 || true
 
-exec python3 "$ROOT/tests/fleet/fleet_test.py" "$work/metrics"
+python3 "$ROOT/tests/fleet/fleet_test.py" "$work/metrics"
