@@ -13,16 +13,17 @@ inline std::wstring_view WithoutTrailingBackslash(std::wstring_view folder) {
   return folder;
 }
 
-// "\SystemRoot\..." for a folder under C:\Windows\ (in any case), "\??\..." for every other one. The kernel opens
+// "\SystemRoot..." for C:\Windows and the folders in it (in any case), "\??\..." for every other one. The kernel opens
 // drivers long before drive letters mean anything to it, and takes no empty name between two backslashes.
 inline std::wstring ServiceFolder(std::wstring_view module_folder) {
   module_folder = WithoutTrailingBackslash(module_folder);
-  constexpr std::wstring_view kWindows = L"c:\\windows\\";
+  constexpr std::wstring_view kWindows = L"c:\\windows";
   const auto lower = [](wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c; };
-  bool under_windows = module_folder.size() >= kWindows.size();
-  for (size_t i = 0; under_windows && i < kWindows.size(); ++i) under_windows = lower(module_folder[i]) == kWindows[i];
-  if (!under_windows) return L"\\??\\" + std::wstring(module_folder);
-  return L"\\SystemRoot\\" + std::wstring(module_folder.substr(kWindows.size()));
+  const size_t length = kWindows.size();
+  bool in_windows = module_folder.size() == length || (module_folder.size() > length && module_folder[length] == L'\\');
+  for (size_t i = 0; in_windows && i < length; ++i) in_windows = lower(module_folder[i]) == kWindows[i];
+  if (!in_windows) return L"\\??\\" + std::wstring(module_folder);
+  return L"\\SystemRoot" + std::wstring(module_folder.substr(length));
 }
 
 }  // namespace vexa

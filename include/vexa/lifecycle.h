@@ -61,8 +61,9 @@ uint32_t GetIoDllVersion(void) VEXA_NOEXCEPT;
  * and stopping); 1 when the caller holds that mutex already.
  *
  * Returns 1 when the service is stopped, was not running, or the mutex can't be created (nothing is stopped then);
- * 0 when the service manager or the service can't be opened, another process holds the mutex for more than 2500 ms, or
- * the service does not stop within 2000 polls of 1 ms. Threads: any.
+ * 0 when the service manager or the service can't be opened, the service can't be asked for its state or refuses to
+ * stop, another process holds the mutex for more than 2500 ms, or the service does not stop within 2000 polls of 1 ms.
+ * Threads: any.
  */
 uint32_t StopWinIoDriver(uint32_t holds_mutex) VEXA_NOEXCEPT;
 

@@ -23,9 +23,9 @@ TEST(ServiceFolder, WindowsFolderInAnyCaseAndNothingElse) {
   EXPECT_EQ(ServiceFolder(L"c:\\WINDOWS\\System32\\DriverStore"), L"\\SystemRoot\\System32\\DriverStore");
   EXPECT_EQ(ServiceFolder(L"D:\\Tools"), L"\\??\\D:\\Tools");
   EXPECT_EQ(ServiceFolder(L"C:\\Windows2\\x"), L"\\??\\C:\\Windows2\\x");
-  // Shorter than the prefix: not under it, whatever its characters are.
+  EXPECT_EQ(ServiceFolder(L"C:\\WINDOWS"), L"\\SystemRoot");
+  EXPECT_EQ(ServiceFolder(L"D:\\Windows"), L"\\??\\D:\\Windows");
   EXPECT_EQ(ServiceFolder(L"C:\\"), L"\\??\\C:");
-  EXPECT_EQ(ServiceFolder(L"C:\\Windows"), L"\\??\\C:\\Windows");
   EXPECT_EQ(ServiceFolder(L""), L"\\??\\");
 }
 

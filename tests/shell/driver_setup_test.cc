@@ -68,6 +68,7 @@ TEST_F(DriverSetupTest, ServicePathFollowsTheLibrarysFolder) {
       {L"C:\\Windows\\System32\\v.dll", L"\\SystemRoot\\System32\\VexaSAIO.sys", "C:\\Windows\\System32\\VexaSAIO.sys"},
       {L"c:\\WINDOWS\\system32\\Vexa\\v.dll", L"\\SystemRoot\\system32\\Vexa\\VexaSAIO.sys",
        "c:\\WINDOWS\\system32\\Vexa\\VexaSAIO.sys"},
+      {L"C:\\Windows\\v.dll", L"\\SystemRoot\\VexaSAIO.sys", "C:\\Windows\\VexaSAIO.sys"},
       {L"C:\\v.dll", L"\\??\\C:\\VexaSAIO.sys", "C:\\\\VexaSAIO.sys"},
   };
   for (const auto& one : cases) {
