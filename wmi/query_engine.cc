@@ -38,7 +38,12 @@ bool WalkRows(const Variation& variation, const wchar_t* name_space, const wchar
     ComPtr<IWbemClassObject> row;
     ULONG count = 0;
     const HRESULT result = session->rows()->Next(static_cast<LONG>(WBEM_INFINITE), 1, row.GetAddressOf(), &count);
-    if (FAILED(result) || count == 0 || !row) return SUCCEEDED(result);
+    if (FAILED(result)) {
+      // Not to the event log: a class that this machine lacks ends here too, however often it is asked for.
+      LogInfo(L"[%s] Could not Get the Next Object. Errorcode=0x%s", variation.name, ResultText(result).c_str());
+      return false;
+    }
+    if (count == 0 || !row) return true;
     visit(*row.Get());
   }
 }
@@ -48,16 +53,16 @@ template <typename Visit>
 bool RunQuery(const Variation& variation, const wchar_t* name_space, const wchar_t* query, uint32_t com_flag,
               Visit visit) noexcept {
   const ComApartment apartment(com_flag != 0);
-  return Guarded(variation.narrow_name, false, [&] {
+  const bool walked = Guarded(variation.narrow_name, false, [&] {
     if (com_flag != 0 && !apartment.entered()) {
       LogStep(L"[%s] Step1 Failed to initialize COM library. Errorcode=0x%s", variation.name,
               ResultText(apartment.result()).c_str());
       return false;
     }
-    const bool walked = WalkRows(variation, name_space, query, visit);
-    if (apartment.entered()) LogInfo(L"[%s] Step7 Do CoUninitialize()", variation.name);
-    return walked;
+    return WalkRows(variation, name_space, query, visit);
   });
+  if (apartment.entered()) LogInfo(L"[%s] Step7 Do CoUninitialize()", variation.name);
+  return walked;
 }
 
 // Reads one property by one of the readers; nothing when the row has none.

@@ -156,16 +156,18 @@ TEST_P(QueryVariant, EachStepFailingInTurn) {
   EXPECT_THAT(wmi.TakeWaits(), AllOf(Not(IsEmpty()), Each(5000)));
 }
 
-// What was read up to then does not count.
+// What was read up to then does not count. The cause is a line of the trace alone.
 TEST_P(QueryVariant, WalkFailingInTheMiddle) {
   for (const int nth : {1, 2, 3}) {
     wmi.script.Fail("Next", 0x800706BA, nth);
     EXPECT_EQ(row_.call(1), row_.failed) << nth;
+    EXPECT_THAT(Lines(), ElementsAre("5 " + Named("Could not Get the Next Object. Errorcode=0x800706ba"), left_));
     wmi.TakeCalls();
   }
   // A success code without a row is the end.
   wmi.script.Fail("Next", 0x40004, 3);
   EXPECT_EQ(row_.call(1), row_.answer);
+  EXPECT_THAT(Lines(), ElementsAre(left_));
   EXPECT_THAT(event_log.TakeMessages(), IsEmpty());
 }
 

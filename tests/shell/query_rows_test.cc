@@ -1,4 +1,6 @@
 // How the query variants choose, convert and join the values of their rows.
+#include <new>
+
 #include "tests/support/wmi_test.h"
 #include "wmi/query_engine.h"
 
@@ -52,6 +54,14 @@ TEST_F(QueryRows, OemStringsAreTheirFifthElementAlone) {
   // Another property is never taken apart.
   Column(L"OEMStrings", {Texts(five)});
   EXPECT_EQ(Str(L"OEMStrings"), L"");
+}
+
+TEST_F(QueryRows, ExceptionInARowLeavesComWithItsLine) {
+  const ImportPatch get("SafeArrayGetElement", +[](SAFEARRAY*, LONG*, void*) -> HRESULT { throw std::bad_alloc(); });
+  Column(L"OEMStringArray", {Texts({L"0", L"1", L"2", L"3", L"4"})});
+  EXPECT_EQ(Str(L"OEMStringArray"), L"");
+  EXPECT_THAT(Lines(),
+              ElementsAre(StartsWith("5 [ReadWMIPropStr] exception"), "5 [ReadWMIPropStr] Step7 Do CoUninitialize()"));
 }
 
 TEST_F(QueryRows, LastNumberWins) {
