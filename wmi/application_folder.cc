@@ -52,8 +52,8 @@ std::optional<std::wstring> ApplicationFolder(uint32_t com_flag) {
   return path == kRegistryReadError ? std::nullopt : std::optional(std::move(path));
 }
 
-bool ApplicationFolderExists(uint32_t com_flag) {
-  const DWORD attributes = GetFileAttributesW(StoredPath(com_flag).c_str());
+bool FolderExists(const std::optional<std::wstring>& folder) {
+  const DWORD attributes = folder ? GetFileAttributesW(folder->c_str()) : INVALID_FILE_ATTRIBUTES;
   LogBuilt(TraceLevel::kVerbose, [=] { return Line("[DirectoryExists] attribs = ", attributes); });
   const bool exists = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   LogInfo(exists ? "[WMICheckAppExist] App exist!" : "[WMICheckAppExist] App not exist!");
@@ -93,5 +93,6 @@ uint32_t WMIGetAppPath(wchar_t* path, uint32_t com_flag) noexcept {
 }
 
 uint32_t WMICheckAppExist(uint32_t com_flag) noexcept {
-  return vexa::Guarded("WMICheckAppExist", 0u, [=] { return vexa::ApplicationFolderExists(com_flag) ? 1u : 0u; });
+  return vexa::Guarded("WMICheckAppExist", 0u,
+                       [=] { return vexa::FolderExists(vexa::ApplicationFolder(com_flag)) ? 1u : 0u; });
 }

@@ -11,8 +11,8 @@ namespace vexa {
 // The stored path; nothing when there is none.
 [[nodiscard]] std::optional<std::wstring> ApplicationFolder(uint32_t com_flag);
 
-// Whether the stored path is a folder that exists. Logs.
-[[nodiscard]] bool ApplicationFolderExists(uint32_t com_flag);
+// Whether there is one, and it is a folder that exists. Logs.
+[[nodiscard]] bool FolderExists(const std::optional<std::wstring>& folder);
 
 // One decimal number per file. Reading takes the first number; nothing when the file or a number is missing.
 [[nodiscard]] std::optional<uint32_t> ReadNumberFile(const std::wstring& path);

@@ -47,8 +47,8 @@ std::wstring ControlDevice(const wchar_t* device, const std::wstring& status, ui
 }
 
 // Nothing when there is no application folder.
-std::optional<std::wstring> SettingFile(const wchar_t* file, uint32_t com_flag) {
-  return ApplicationFolder(com_flag).transform([file](const std::wstring& folder) { return folder + file; });
+std::optional<std::wstring> BatteryHealthFile(uint32_t com_flag) {
+  return ApplicationFolder(com_flag).transform([](const std::wstring& folder) { return folder + kBatteryHealthFile; });
 }
 
 uint32_t CheckBatteryHealthSupport(uint32_t com_flag) {
@@ -70,7 +70,7 @@ uint32_t SetBatteryHealth(int32_t level, uint32_t com_flag) {
 }
 
 uint32_t SetBatteryHealthToUser(int32_t level, uint32_t com_flag) {
-  const std::optional<std::wstring> file = SettingFile(kBatteryHealthFile, com_flag);
+  const std::optional<std::wstring> file = BatteryHealthFile(com_flag);
   if (file) LogLine(L"[WMISetBatteryHealthToUser] fname is ", *file);
   if (!file || !WriteNumberFile(*file, level)) {
     LogLine(L"[WMISetBatteryHealthToUser] fail to set ", level, L" to file");
@@ -83,7 +83,7 @@ uint32_t SetBatteryHealthToUser(int32_t level, uint32_t com_flag) {
 uint32_t GetBatteryHealth(uint32_t com_flag) {
   // The key's error text, like every unknown text, means 100.
   if (IsObxWmiDevicePresent()) return ChargeLimitOf(ReadRegistryText(kHotkeysKey, L"ChargingRate"));
-  const std::optional<std::wstring> file = SettingFile(kBatteryHealthFile, com_flag);
+  const std::optional<std::wstring> file = BatteryHealthFile(com_flag);
   if (!file) return kFullCharge;
   LogLine(L"[WMIGetBatteryHealth] fname is ", *file);
   const uint32_t level = ReadNumberFile(*file).value_or(kFullCharge);
@@ -107,12 +107,12 @@ uint32_t CheckQuietFanSupport(uint32_t com_flag) {
 }
 
 void RememberQuietFan(uint8_t on, const wchar_t* setting, uint32_t com_flag) {
-  if (!ApplicationFolderExists(com_flag)) return;
-  const std::optional<std::wstring> file = SettingFile(kQuietFanFile, com_flag);
-  if (!file) return;
-  LogLine(L"[WMISetQuietFan] fname is ", *file);
-  if (WriteNumberFile(*file, on)) {
-    LogLine(L"[WMISetQuietFan] set ", setting, L" to ", *file);
+  const std::optional<std::wstring> folder = ApplicationFolder(com_flag);
+  if (!FolderExists(folder)) return;
+  const std::wstring file = *folder + kQuietFanFile;
+  LogLine(L"[WMISetQuietFan] fname is ", file);
+  if (WriteNumberFile(file, on)) {
+    LogLine(L"[WMISetQuietFan] set ", setting, L" to ", file);
   } else {
     LogLine(L"[WMISetQuietFan] Fail to set ", setting, L" to file");
   }
@@ -125,19 +125,23 @@ uint32_t SetQuietFan(uint8_t on, uint32_t com_flag) {
     LogLine(L"[WMISetQuietFan] wmi fail ");
     return 0;
   }
-  RememberQuietFan(on, on != 0 ? L"On" : L"Off", com_flag);
-  return 1;
+  // What the firmware accepted stays accepted, whatever becomes of remembering it.
+  return Guarded("WMISetQuietFan", 1u, [=] {
+    RememberQuietFan(on, on != 0 ? L"On" : L"Off", com_flag);
+    return 1u;
+  });
 }
 
 uint32_t GetQuietFan(uint32_t com_flag) {
   if (IsObxWmiDevicePresent()) return QuietFanModeOf(ReadRegistryText(kHotkeysKey, L"QuietFan"));
-  const std::optional<std::wstring> file = SettingFile(kQuietFanFile, com_flag);
-  if (file) LogLine(L"[WMIGetQuietFan] fname is ", *file);
-  if (!file || !ApplicationFolderExists(com_flag)) {
+  const std::optional<std::wstring> folder = ApplicationFolder(com_flag);
+  const std::wstring file = folder.value_or(L"") + kQuietFanFile;
+  if (folder) LogLine(L"[WMIGetQuietFan] fname is ", file);
+  if (!FolderExists(folder)) {
     LogLine(L"[WMIGetQuietFan] Fail to get Quiet Fan");
     return 0;
   }
-  const uint32_t mode = ReadNumberFile(*file).value_or(0);
+  const uint32_t mode = ReadNumberFile(file).value_or(0);
   LogLine(L"[WMIGetQuietFan] Quiet Fan is ", mode);
   LogLine(mode != 0 ? L"[WMIGetQuietFan] Quiet Fan On" : L"[WMIGetQuietFan] Quiet Fan Off");
   return mode;

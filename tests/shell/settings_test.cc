@@ -9,6 +9,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <new>
 
 #include "tests/support/wmi_test.h"
 #include "wmi/firmware_device.h"
@@ -98,6 +99,8 @@ class Settings : public WmiTest {
     std::ifstream file(Folder() + name, std::ios::binary);
     return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
   }
+  // Of the signed-in user: each may take 10 seconds.
+  void ExpectOneLookUp() { EXPECT_EQ(CountOf(wmi.TakeCalls(), "ExecQuery WQL " + Narrow(kUserQuery) + " 30"), 1); }
   // The lines of the settings, without those of WMI.
   static Strings SettingLines() { return LinesWithout({"[wmiMethod]", "[ReadWMIPropStr]"}); }
 
@@ -237,7 +240,9 @@ TEST_F(Settings, QuietFanIsSentAndRememberedWhereThereIsAFolder) {
   EXPECT_THAT(sent_, ElementsAre("DEVS Control_status=1 Device_ID=1114137"));
   EXPECT_THAT(SettingLines(), IsSupersetOf({"5 [WMISetQuietFan] output is 1", "5 [WMICheckAppExist] App not exist!"}));
   UseFolder();
+  wmi.TakeCalls();
   EXPECT_EQ(WMISetQuietFan(7, 1), 1u);
+  ExpectOneLookUp();
   EXPECT_EQ(ReadFile("\\QuietFanSetting.txt"), "7");
   const std::string file = Folder() + "\\QuietFanSetting.txt";
   EXPECT_THAT(SettingLines(),
@@ -256,14 +261,22 @@ TEST_F(Settings, QuietFanIsSentAndRememberedWhereThereIsAFolder) {
   EXPECT_EQ(WMISetQuietFan(1, 1), 0u);
   EXPECT_THAT(SettingLines(), ElementsAre("5 [WMISetQuietFan] output is 0", "5 [WMISetQuietFan] wmi fail "));
   EXPECT_EQ(ReadFile("\\QuietFanSetting.txt"), "0");
+  // Nor does memory that runs out afterwards.
+  result_ = 1;
+  const ImportPatch attributes("GetFileAttributesW", +[](LPCWSTR) -> DWORD { throw std::bad_alloc(); });
+  EXPECT_EQ(WMISetQuietFan(1, 1), 1u);
 }
 
 TEST_F(Settings, QuietFanRemembered) {
   EXPECT_EQ(WMIGetQuietFan(1), 0u);
-  EXPECT_THAT(SettingLines(), Contains("5 [WMIGetQuietFan] Fail to get Quiet Fan"));
+  EXPECT_THAT(SettingLines(),
+              ElementsAre("5 [DirectoryExists] attribs = 4294967295", "5 [WMICheckAppExist] App not exist!",
+                          "5 [WMIGetQuietFan] Fail to get Quiet Fan"));
   UseFolder();
   WriteFile("\\QuietFanSetting.txt", "1");
+  wmi.TakeCalls();
   EXPECT_EQ(WMIGetQuietFan(1), 1u);
+  ExpectOneLookUp();
   EXPECT_THAT(SettingLines(), IsSupersetOf({"5 [WMIGetQuietFan] Quiet Fan is 1", "5 [WMIGetQuietFan] Quiet Fan On"}));
   WriteFile("\\QuietFanSetting.txt", "0");
   EXPECT_EQ(WMIGetQuietFan(1), 0u);
