@@ -21,7 +21,8 @@ using Library = Owner<HMODULE, FreeLibrary>;
 
 // The system waits for the component to have gathered its statistics.
 constexpr DWORD kIntelSettleMs = 1000;
-constexpr wchar_t kIntelEnumerator[] = L"SWC";
+// A software component: its hardware id begins with "SWC", but the enumerator of its device is SWD.
+constexpr wchar_t kIntelEnumerator[] = L"SWD";
 constexpr wchar_t kIntelHardwareId[] = L"SWC\\VID_8086&PID_PIE&SID_0001";
 constexpr wchar_t kIntelLibraryValue[] = L"LibraryPath";
 using WifiGetAdapterList = uint32_t(void* list, uint32_t* size);  // 0: success; size: capacity in, length out

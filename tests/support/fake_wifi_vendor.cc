@@ -48,7 +48,7 @@ struct FakeWifiVendorHook {
   }
 
   static HDEVINFO WINAPI Devices(const GUID*, PCWSTR enumerator, HWND, DWORD flags) {
-    EXPECT_STREQ(enumerator, L"SWC");
+    EXPECT_STREQ(enumerator, L"SWD");  // of software components
     EXPECT_EQ(flags, DWORD{DIGCF_PRESENT | DIGCF_ALLCLASSES});
     if (g_fake->script_.Fails("SetupDiGetClassDevsW")) return INVALID_HANDLE_VALUE;
     ++g_fake->open;
