@@ -42,6 +42,7 @@ struct DoctorFacts {
   std::string native_machine;  // "x64", "ARM64", empty: unknown
   std::string client_machine;
   std::optional<bool> elevated;
+  std::string account;  // that this runs as, "S-1-5-21-..."; empty: unknown
   LibraryState library;
   std::string library_error;
   std::string driver_file;  // where it must lie; empty on ARM64

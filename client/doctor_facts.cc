@@ -55,14 +55,27 @@ std::string NativeMachine() {
   return machine == IMAGE_FILE_MACHINE_AMD64 ? "x64" : Printf("machine 0x%04x", machine);
 }
 
-std::optional<bool> Elevated() {
+std::string SidText(PSID sid) {
+  wchar_t* text = nullptr;
+  if (sid == nullptr || !ConvertSidToStringSidW(sid, &text)) return {};
+  const std::unique_ptr<void, LocalRelease> owner(text);
+  return WideToUtf8(text);
+}
+
+// Whether this process has administrator rights, and whose it is.
+void AskToken(DoctorFacts& facts) {
   HANDLE token = nullptr;
-  if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token)) return std::nullopt;
+  if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token)) return;
   TOKEN_ELEVATION elevation{};
   DWORD size = 0;
-  const bool told = GetTokenInformation(token, TokenElevation, &elevation, sizeof elevation, &size) != 0;
+  if (GetTokenInformation(token, TokenElevation, &elevation, sizeof elevation, &size)) {
+    facts.elevated = elevation.TokenIsElevated != 0;
+  }
+  alignas(TOKEN_USER) std::byte user[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE];
+  if (GetTokenInformation(token, TokenUser, user, sizeof user, &size)) {
+    facts.account = SidText(reinterpret_cast<const TOKEN_USER*>(user)->User.Sid);
+  }
   CloseHandle(token);
-  return told ? std::optional(elevation.TokenIsElevated != 0) : std::nullopt;
 }
 
 std::string ServicePath(SC_HANDLE service) {
@@ -96,30 +109,26 @@ ServiceFacts AskService() {
 AccessEntry EntryOf(const ACE_HEADER& header) {
   // Both kinds have the same layout: header, mask, identifier.
   const auto& ace = reinterpret_cast<const ACCESS_ALLOWED_ACE&>(header);
-  AccessEntry entry{.allows = header.AceType == ACCESS_ALLOWED_ACE_TYPE,
-                    .inherit_only = (header.AceFlags & INHERIT_ONLY_ACE) != 0,
-                    .mask = ace.Mask,
-                    .sid = {}};
-  wchar_t* sid = nullptr;
-  if (ConvertSidToStringSidW(const_cast<DWORD*>(&ace.SidStart), &sid)) {
-    entry.sid = WideToUtf8(sid);
-    LocalFree(sid);
-  }
-  return entry;
+  return {.allows = header.AceType == ACCESS_ALLOWED_ACE_TYPE,
+          .inherit_only = (header.AceFlags & INHERIT_ONLY_ACE) != 0,
+          .mask = ace.Mask,
+          .sid = SidText(const_cast<DWORD*>(&ace.SidStart))};
 }
 
-FolderFacts AskFolder(std::wstring path) {
+FolderFacts AskFolder(std::wstring path, std::string_view administrator) {
   FolderFacts facts{.path = WideToUtf8(path), .known = false, .writers = {}};
+  PSID folder_owner = nullptr;
   PACL list = nullptr;
   PSECURITY_DESCRIPTOR descriptor = nullptr;
-  if (GetNamedSecurityInfoW(path.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr,
-                            &descriptor) != ERROR_SUCCESS) {
+  if (GetNamedSecurityInfoW(path.data(), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION,
+                            &folder_owner, nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS) {
     return facts;
   }
   const std::unique_ptr<void, LocalRelease> owner(descriptor);
   std::optional<std::vector<AccessEntry>> entries;
   if (list != nullptr) {
-    entries.emplace();
+    // Whoever owns the folder may change its list, whatever that says.
+    entries = std::vector<AccessEntry>{{.mask = WRITE_DAC, .sid = SidText(folder_owner)}};
     for (DWORD i = 0; i < list->AceCount; ++i) {
       void* ace = nullptr;
       if (!GetAce(list, i, &ace)) return facts;
@@ -128,7 +137,7 @@ FolderFacts AskFolder(std::wstring path) {
     }
   }
   facts.known = true;
-  facts.writers = OrdinaryWriters(entries);
+  facts.writers = OrdinaryWriters(entries, administrator);
   return facts;
 }
 
@@ -155,17 +164,18 @@ DoctorFacts GatherDoctorFacts() {
   facts.system = SystemText();
   facts.native_machine = NativeMachine();
   facts.client_machine = kClientMachine;
-  facts.elevated = Elevated();
+  AskToken(facts);
   AskLibrary(facts);
   if (!facts.library.loaded) facts.service = AskService();
+  const std::string administrator = facts.elevated == true ? facts.account : std::string();
   if (const std::optional<std::wstring> folder = OwnFolder()) {
     const std::wstring driver = *folder + kDriverFile;
     facts.driver_file = WideToUtf8(driver);
     facts.driver_file_exists = GetFileAttributesW(driver.c_str()) != INVALID_FILE_ATTRIBUTES;
-    facts.folders.push_back(AskFolder(folder->substr(0, folder->size() - 1)));
+    facts.folders.push_back(AskFolder(folder->substr(0, folder->size() - 1), administrator));
   }
   if (const std::string other = OtherDriverFolder(facts); !other.empty()) {
-    facts.folders.push_back(AskFolder(Utf8ToWide(other)));
+    facts.folders.push_back(AskFolder(Utf8ToWide(other), administrator));
   }
   facts.classes = LookForWmiClasses(kClasses);
   return facts;

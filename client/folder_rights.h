@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vexahealth {
@@ -19,9 +20,11 @@ struct AccessEntry {
   std::string sid;  // "S-1-1-0"
 };
 
-// The groups that every signed-in user is in and that may add, replace or delete files there or change the list, by
-// their usual names, each once. No list at all (nothing) lets everyone do everything; an empty one nobody.
-[[nodiscard]] std::vector<std::string> OrdinaryWriters(const std::optional<std::vector<AccessEntry>>& entries);
+// The accounts and groups besides the administrators and the system's own that may add, replace or delete files there
+// or change the list, each once: well-known groups by their usual names, others by their identifiers. No list at all
+// (nothing) lets everyone do everything; an empty one nobody. `administrator`: one more account that is none of them.
+[[nodiscard]] std::vector<std::string> OrdinaryWriters(const std::optional<std::vector<AccessEntry>>& entries,
+                                                       std::string_view administrator = {});
 
 }  // namespace vexahealth
 

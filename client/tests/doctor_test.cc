@@ -155,6 +155,14 @@ TEST(OrdinaryWriters, AllowedUnlessDeniedBefore) {
   EXPECT_EQ(OrdinaryWriters(Entries{users_modify, {.allows = false, .mask = kModify, .sid = "S-1-5-32-545"}}).size(),
             1u);
   EXPECT_TRUE(OrdinaryWriters(Entries{{.inherit_only = true, .mask = kModify, .sid = "S-1-5-32-545"}}).empty());
+  // One account, but neither the administrators' own nor the one that this runs as.
+  const AccessEntry account = {.mask = kModify, .sid = "S-1-5-21-1-2-3-1500"};
+  EXPECT_EQ(OrdinaryWriters(Entries{account, users_modify, account}),
+            (std::vector<std::string>{"S-1-5-21-1-2-3-1500", "Users"}));
+  EXPECT_TRUE(OrdinaryWriters(Entries{account}, account.sid).empty());
+  for (const char* sid : {"S-1-5-18", "S-1-5-80-956008885-1", "S-1-3-0", "S-1-5-21-1-2-3-500", "S-1-5-21-1-2-3-512"}) {
+    EXPECT_TRUE(OrdinaryWriters(Entries{{.mask = kModify, .sid = sid}}).empty()) << sid;
+  }
   EXPECT_TRUE(OrdinaryWriters(Entries{}).empty());
   EXPECT_EQ(OrdinaryWriters(std::nullopt), std::vector<std::string>{"Everyone"});
 }
