@@ -123,15 +123,16 @@ std::string NowUtc() {
 
 uint64_t ClockMs() { return GetTickCount64(); }
 
-std::optional<size_t> TerminalRows() {
+std::optional<TerminalSize> OutputTerminal() {
   const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
   DWORD mode = 0;
   if (!GetConsoleMode(output, &mode)) return std::nullopt;
   CONSOLE_SCREEN_BUFFER_INFO info{};
   const bool known = GetConsoleScreenBufferInfo(output, &info) != 0;
   SetConsoleMode(output, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
-  constexpr size_t kUsualRows = 25;
-  return known ? static_cast<size_t>(info.srWindow.Bottom - info.srWindow.Top + 1) : kUsualRows;
+  if (!known) return TerminalSize{.rows = 25, .columns = 80};
+  return TerminalSize{.rows = static_cast<size_t>(info.srWindow.Bottom - info.srWindow.Top + 1),
+                      .columns = static_cast<size_t>(info.srWindow.Right - info.srWindow.Left + 1)};
 }
 
 bool ErrorIsTerminal() {

@@ -9,6 +9,7 @@
 
 #include "client/collect.h"
 #include "client/reading.h"
+#include "client/watch.h"
 
 namespace vexahealth {
 
@@ -37,8 +38,8 @@ std::string NowUtc();
 // A clock that never goes back.
 uint64_t ClockMs();
 
-// The height of the terminal that standard output is, which then also obeys escape sequences; nothing when it is none.
-std::optional<size_t> TerminalRows();
+// The terminal that standard output is, which then also obeys escape sequences; nothing when it is none.
+std::optional<TerminalSize> OutputTerminal();
 
 // True when a person sees standard error.
 bool ErrorIsTerminal();

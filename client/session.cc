@@ -82,7 +82,7 @@ int Watch(const Options& options) {
   const WatchOptions& watch = *options.watch;
   WatchPrinter printer({.format = options.format,
                         .bare = options.action == Options::Action::kGet,
-                        .terminal_rows = options.format == Format::kTable ? TerminalRows() : std::nullopt});
+                        .terminal = options.format == Format::kTable ? OutputTerminal() : std::nullopt});
   int best = kExitNotLoaded;
   std::string complained;
   for (uint32_t taken = 0; !watch.count || taken < *watch.count; ++taken) {

@@ -37,6 +37,8 @@ bool In(std::span<const Range> ranges, char32_t character) {
       ranges, [character](const Range& range) { return character >= range.first && character <= range.last; });
 }
 
+size_t WidthOf(char32_t character) { return In(kCombining, character) ? 0 : In(kWide, character) ? 2 : 1; }
+
 size_t SequenceLength(unsigned char lead) {
   if (lead < 0x80) return 1;
   if (lead >= 0xC2 && lead <= 0xDF) return 2;
@@ -108,12 +110,19 @@ std::string EscapeForTerminal(std::string_view text, Backslash backslash) {
 
 size_t DisplayWidth(std::string_view text) {
   size_t width = 0;
-  while (!text.empty()) {
-    const char32_t character = TakeCharacter(text);
-    if (In(kCombining, character)) continue;
-    width += In(kWide, character) ? 2 : 1;
-  }
+  while (!text.empty()) width += WidthOf(TakeCharacter(text));
   return width;
+}
+
+std::string_view FirstColumns(std::string_view text, size_t columns) {
+  std::string_view rest = text;
+  for (size_t left = columns; !rest.empty();) {
+    const size_t place = text.size() - rest.size();
+    const size_t width = WidthOf(TakeCharacter(rest));
+    if (width > left) return text.substr(0, place);
+    left -= width;
+  }
+  return text;
 }
 
 }  // namespace vexahealth

@@ -24,6 +24,9 @@ std::string EscapeForTerminal(std::string_view text, Backslash backslash = Backs
 // emoji.
 size_t DisplayWidth(std::string_view text);
 
+// What of the text fits into so many columns.
+std::string_view FirstColumns(std::string_view text, size_t columns);
+
 }  // namespace vexahealth
 
 #endif  // CLIENT_TEXT_H_

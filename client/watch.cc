@@ -6,6 +6,7 @@
 #include "client/exit_codes.h"
 #include "client/json_report.h"
 #include "client/table.h"
+#include "client/text.h"
 
 namespace vexahealth {
 namespace {
@@ -15,13 +16,16 @@ constexpr std::string_view kClearScreen = "\x1b[2J";
 constexpr std::string_view kClearLine = "\x1b[K";
 constexpr std::string_view kClearBelow = "\x1b[J";
 
-// The first `rows` lines, each clearing what the former picture left behind it.
-std::string Picture(std::string_view text, size_t rows) {
+// The first lines, each cut to the width, since a longer one would take two rows, and clearing what the former picture
+// left behind it. The last column stays free: at it, terminals differ in where they are.
+std::string Picture(std::string_view text, const TerminalSize& size) {
+  const size_t rows = std::max<size_t>(size.rows, 3);
+  const size_t columns = std::max<size_t>(size.columns, 2) - 1;
   std::string picture;
   size_t lines = 0;
   while (!text.empty() && lines + 1 < rows) {
     const size_t end = std::min(text.find('\n'), text.size() - 1);
-    picture += std::string(text.substr(0, end)) + std::string(kClearLine) + "\n";
+    picture += std::string(FirstColumns(text.substr(0, end), columns)) + std::string(kClearLine) + "\n";
     text.remove_prefix(end + 1);
     ++lines;
   }
@@ -49,7 +53,7 @@ std::string WatchPrinter::Next(const Report& report) {
       first_ = false;
       return header + CsvSample(report);
     }
-    default: return target_.terminal_rows ? Redraw(report) : SampleLine(report);
+    default: return target_.terminal ? Redraw(report) : SampleLine(report);
   }
 }
 
@@ -66,7 +70,7 @@ std::string WatchPrinter::Redraw(const Report& report) {
     head = report.time + "  " + report.command + ": nothing answers since the picture below, taken " + last_good_time_ +
            "\n" + last_good_;
   }
-  const std::string picture = Picture(head, std::max<size_t>(*target_.terminal_rows, 3));
+  const std::string picture = Picture(head, *target_.terminal);
   const std::string clear(first_ ? kClearScreen : "");
   first_ = false;
   return clear + std::string(kHome) + picture;

@@ -16,10 +16,15 @@ namespace vexahealth {
 // sample that takes longer than the interval delays the next; none are made up for, so they never overlap or pile up.
 uint64_t NextStart(uint64_t began_ms, uint64_t now_ms, uint32_t interval_ms);
 
+struct TerminalSize {
+  size_t rows;
+  size_t columns;
+};
+
 struct WatchTarget {
   Format format = Format::kTable;
-  bool bare = false;                    // of one reading, its value alone
-  std::optional<size_t> terminal_rows;  // standard output is a terminal of this height
+  bool bare = false;                     // of one reading, its value alone
+  std::optional<TerminalSize> terminal;  // standard output is one
 };
 
 class WatchPrinter {

@@ -225,7 +225,7 @@ Report At(const char* time, bool good = true, uint32_t charge = 87) {
 
 TEST(WatchPrinter, WithoutATerminal) {
   const auto printer = [](Format format, bool bare) {
-    return WatchPrinter({.format = format, .bare = bare, .terminal_rows = {}});
+    return WatchPrinter({.format = format, .bare = bare, .terminal = {}});
   };
   WatchPrinter lines = printer(Format::kTable, false);
   for (const char* time : {"t1", "t2"}) {
@@ -247,7 +247,7 @@ TEST(WatchPrinter, WithoutATerminal) {
 }
 
 TEST(WatchPrinter, ATerminalIsRedrawnAndKeepsTheLastGoodPicture) {
-  WatchPrinter printer({.format = Format::kTable, .bare = false, .terminal_rows = 200});
+  WatchPrinter printer({.format = Format::kTable, .bare = false, .terminal = TerminalSize{200, 200}});
   const std::string first = printer.Next(At("t1", true, 55));
   EXPECT_TRUE(first.starts_with("\x1b[2J\x1b[H") && Has(first, "55 %"));
   const std::string second = printer.Next(At("t2", true, 54));
@@ -256,10 +256,12 @@ TEST(WatchPrinter, ATerminalIsRedrawnAndKeepsTheLastGoodPicture) {
   EXPECT_TRUE(Has(failed, "54 %"));
   EXPECT_TRUE(Has(failed, "t3  battery: nothing answers since the picture below, taken t2"));
   EXPECT_TRUE(Has(printer.Next(At("t4", true, 53)), "53 %"));
-  WatchPrinter small({.format = Format::kTable, .bare = false, .terminal_rows = 10});
+  WatchPrinter small({.format = Format::kTable, .bare = false, .terminal = TerminalSize{10, 30}});
   const std::string picture = small.Next(At("t1"));
   EXPECT_EQ(std::ranges::count(picture, '\n'), 9);
   EXPECT_TRUE(Has(picture, " more lines"));
+  const size_t line = picture.find("  Library interface");
+  EXPECT_EQ(DisplayWidth(picture.substr(line, picture.find('\x1b', line) - line)), 29u);  // it is longer
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace vexahealth {
 namespace {
 
@@ -49,6 +51,10 @@ TEST(DisplayWidth, CountsColumns) {
   EXPECT_EQ(DisplayWidth("電池"), 4u);
   EXPECT_EQ(DisplayWidth("e\u0301"), 1u);  // combining accent
   EXPECT_EQ(DisplayWidth("\xff"), 1u);
+  for (size_t columns = 0; columns < 6; ++columns) {
+    EXPECT_EQ(FirstColumns("a電e\u0301\xff", columns),
+              std::string_view("a電e\u0301\xff").substr(0, std::array<size_t, 6>{0, 1, 1, 4, 7, 8}[columns]));
+  }
 }
 
 TEST(Printf, CutsInsteadOfOverflowing) {
