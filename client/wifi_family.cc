@@ -78,6 +78,25 @@ constexpr std::array<Row, 9 + 15 + 27> kRowsOfWifi = {{
 constexpr MarkerReasons kReasons = {.not_collected = "no Wi-Fi adapter, or it is not connected",
                                     .failed = "the Wi-Fi service did not answer"};
 
+// By itself the mark of nothing collected means that there is no link. Every value that a failed collection did not
+// come to has it too; and beside a link the counts and the antennas have it while another link is in use.
+void ExplainMissing(std::span<Reading> readings) {
+  const Reading connected = readings.front();
+  const bool failed = connected.status == Status::kNoAnswer;
+  const bool link_is_told = FindReading(readings, "wifi.access_point_vendor")->status == Status::kOk;
+  if (!failed && connected.value != Value(true)) return;
+  for (Reading& reading : readings) {
+    if (reading.status != Status::kNotPresent) continue;
+    const bool counted = reading.row->section == kPoints || reading.row->export_name == "RF_WiFi_Main_Aux_Rssi";
+    if (!failed && counted && link_is_told) {
+      reading = Missing(*reading.row, Status::kNotCollected, "collected only while Wi-Fi is the network link");
+    } else {
+      reading =
+          Missing(*reading.row, Status::kNoAnswer, failed ? kReasons.failed : "the Wi-Fi service does not tell it");
+    }
+  }
+}
+
 // "-52:-58": the antenna's number, where something was read.
 Reading Antenna(const Row& row, const Answer& answer, bool main) {
   if (!answer) return DecideMarked(row, answer, kReasons);
@@ -108,6 +127,7 @@ std::vector<Reading> CollectWifi(Session& session) {
       readings.push_back(DecideMarked(row, answers.Of(row), kReasons));
     }
   }
+  ExplainMissing(readings);
   return readings;
 }
 
