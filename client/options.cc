@@ -217,6 +217,8 @@ std::string ReadWatch(const Words& words, Options& options) {
 }
 
 std::string ReadFormat(const Words& words, Options& options) {
+  const bool plain_text = options.action == Action::kRecord || options.action == Action::kCompletion;
+  if (plain_text && (words.json || !words.format.empty())) return "record and completion have no other format";
   if (words.json) options.format = Format::kJson;
   if (words.format.empty()) return {};
   const std::optional<Format> format = FormatFrom(words.format);

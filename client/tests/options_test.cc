@@ -4,6 +4,8 @@
 
 #include <sstream>
 
+#include "client/completion.h"
+
 namespace vexahealth {
 namespace {
 
@@ -30,7 +32,7 @@ TEST(ParseOptions, WhatIsNotKnownIsAUsageError) {
         "settings set charge-limit 80 quiet-fan on", "settings set charge-limit 80 --dry-run=false",
         "settings set lid 1", "settings get", "settings --dry-run", "settings --no-wait", "status --dry-run",
         "status settings", "set charge-limit 80", "record", "record ''", "trace --seconds 0", "trace --level 6",
-        "doctor --watch", "completion csh"}) {
+        "doctor --watch", "completion csh", "completion fish --json", "record a.json --json"}) {
     // clang-format on
     const Options options = Parse(line);
     EXPECT_EQ(options.action, Action::kUsageError) << line;
@@ -71,8 +73,15 @@ TEST(ParseOptions, EachCommand) {
   EXPECT_TRUE(Parse("record out.json --show-serials").show_serials);
   EXPECT_FALSE(Parse("record out.json").show_serials);
   EXPECT_EQ(Parse("get adapter.pdo.5.max_voltage --json").key, "adapter.pdo.5.max_voltage");
+  const std::string help = Parse("--help").text;
   for (const char* words : {"charge-limit", "quiet-fan", "--dry-run", "--no-wait", "Exit codes"}) {
-    EXPECT_NE(Parse("--help").text.find(words), std::string::npos) << words;
+    EXPECT_NE(help.find(words), std::string::npos) << words;
+  }
+  // Completion knows every option of it.
+  for (size_t at = help.find(" --"); at != std::string::npos; at = help.find(" --", at + 1)) {
+    const std::string option =
+        help.substr(at + 1, help.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", at + 1) - at - 1);
+    EXPECT_NE(CompletionScript("bash").find(option), std::string::npos) << option;
   }
 }
 
