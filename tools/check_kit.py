@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Packs the check kit of a machine: one zip that runs the checks on real Windows and writes one report.
 
-usage: check-kit.py x64|arm64 [--output FOLDER]     (after cmake --build --preset x64 and native)
+usage: check_kit.py x64|arm64 [--output FOLDER]     (after cmake --build --preset x64 and native)
 """
 
 import argparse
@@ -12,7 +12,7 @@ import tempfile
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-from package import ROOT, VERSION, write_archive
+from package import ROOT, VERSION, shipped, write_archive
 
 PROGRAMS = ("VexaWinIO64.dll", "VexaWinIO64.pdb", "vexahealth.exe", "client/client_core_test.exe", "tests/shell_test.exe",
             "notebook/firmware/firmware_test.exe", "notebook/firmware/vexa-firmware.dll", "tools/check-kit/check.exe")
@@ -39,9 +39,7 @@ def kit_files(machine):
     if missing := [name for name in programs if not (build / name).is_file()]:
         sys.exit(f"not built for {machine}: {', '.join(missing)}")
     files = {pathlib.PurePath(name).name: (build / name).read_bytes() for name in programs}
-    files |= {pathlib.PurePath(name).name: (ROOT / name).read_bytes() for name in SOURCES}
-    # A command file's lines end as Windows wants them.
-    files["collect.cmd"] = files["collect.cmd"].replace(b"\n", b"\r\n")
+    files |= {pathlib.PurePath(name).name: shipped(ROOT / name) for name in SOURCES}
     files |= {name: (ROOT / name).read_bytes() for name in TREES}
     if machine == "x64":
         # Not beside the library, which would register it in place of the notebook's own driver.

@@ -32,9 +32,15 @@ def commit_time():
     return int(os.environ.get("SOURCE_DATE_EPOCH") or git("log", "-1", "--format=%ct"))
 
 
+def shipped(path):
+    """A file as Windows wants it: the interpreter of command files misses labels between bare line feeds."""
+    data = path.read_bytes()
+    return data.replace(b"\n", b"\r\n") if path.suffix == ".cmd" else data
+
+
 def tree(folder):
     """Committed files below a folder, by their path from the root."""
-    return {name: (ROOT / name).read_bytes() for name in git("ls-files", "-z", folder).split("\0") if name}
+    return {name: shipped(ROOT / name) for name in git("ls-files", "-z", folder).split("\0") if name}
 
 
 def digest(data):

@@ -56,6 +56,7 @@ class Packages(unittest.TestCase):
     def test_archives_are_complete(self):
         for machine, files in self.archives.items():
             self.assertEqual([name for name in EXPECTED if name not in files], [], machine)
+            self.assertEqual(len(re.findall(rb"(?<!\r)\n", files["docs/fleet/collect.cmd"])), 0, machine)
 
     def test_checksums_cover_every_file(self):
         for files in self.archives.values():
