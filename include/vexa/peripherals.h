@@ -51,8 +51,8 @@ uint32_t RF_BTConnectedNum(void) VEXA_NOEXCEPT;
  * class of the Bluetooth assigned numbers (bits 8 to 12 of the class of device), spelled exactly so:
  *   "Computer;" "Phone;" "LAN/NetWortk Access point;" "Audio/Video;" "Peripheral;" "Imaging;" "Wearable;" "Toy;" "Health;"
  *   "Uncategorized;" and "Others;" for the rest.
- * VEXA_NOT_COLLECTED_TEXT: no radio, or no device on any. VEXA_COLLECT_FAILED_TEXT: the Bluetooth system did not answer.
- * Empty only when memory is short.
+ * VEXA_NOT_COLLECTED_TEXT: no radio, or no device on any. VEXA_COLLECT_FAILED_TEXT: the Bluetooth system did not answer,
+ * or memory is short.
  */
 VexaText RF_BTConnectedType(void) VEXA_NOEXCEPT;
 
@@ -74,14 +74,14 @@ uint32_t RF_USBIsTranster(void) VEXA_NOEXCEPT;
  * of another version are in no count. A mass-storage device is one whose descriptor leaves the class to its interfaces and
  * whose description in the system is "USB Mass Storage Device"; where the system's language has another text for it,
  * none is found.
- * VEXA_NOT_COLLECTED_TEXT: the system can't list its USB devices. Empty only when memory is short.
+ * VEXA_NOT_COLLECTED_TEXT: the system can't list its USB devices, or memory is short.
  */
 VexaText RF_USBNum(void) VEXA_NOEXCEPT;
 
 /*
  * Port number of each of these devices on its hub, in decimal, each followed by ","; empty when there is none. Whole
  * numbers only: what does not fit the text is left out.
- * VEXA_NOT_COLLECTED_TEXT: the system can't list its USB devices.
+ * VEXA_NOT_COLLECTED_TEXT: the system can't list its USB devices, or memory is short.
  */
 VexaText RF_USBPort(void) VEXA_NOEXCEPT;
 

@@ -106,7 +106,8 @@ VexaText RF_WiFi_Main_Aux_Rssi(void) VEXA_NOEXCEPT;
 /*
  * ---- Access points per band ----
  *
- * Bands go by the centre frequency. VEXA_NOT_COLLECTED ("init_string"): no link, or the link in use is not Wi-Fi.
+ * Bands go by the centre frequency. VEXA_NOT_COLLECTED ("init_string"): no link, the link in use is not Wi-Fi, or no
+ * collection has succeeded.
  */
 
 /* Access points below 5001 MHz. */
