@@ -99,8 +99,11 @@ uint32_t AnswerFromFirmware(const NumericMember& member) {
     case FirmwareSource::Kind::kBlockByte: value = ATD_STS_battery_read_by_index(source.gauge_register, source.length);
   }
   value = Shaped(member, value);
-  LogBuilt(TraceLevel::kVerbose,
-           [&] { return Line("[EC_BH][", member.name, "] ATD_STS_battery_read_byte: ", static_cast<int32_t>(value)); });
+  LogBuilt(TraceLevel::kVerbose, [&] {
+    const bool is_signed = member.shape == Shape::kSignedWord;
+    return Line("[EC_BH][", member.name, "] ATD_STS_battery_read_byte: ",
+                is_signed ? NumberText(static_cast<int32_t>(value)) : NumberText(value));
+  });
   return value;
 }
 

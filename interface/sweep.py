@@ -38,6 +38,9 @@ def row(export):
     facts = [f"\"{fact}\"" for fact in (export.family, export.result["kind"], export.threads, export.effect)]
     failing = [f"{{\"{f['as']}\", {f.get('value', 0)}u, \"{f.get('text', '')}\", \"{f.get('route', '')}\"}}"
                for f in export.failing]
+    # A list of queries as long as an answer has no bound of its own.
+    bounded = "each further" not in (export.wait["beyond"] or "")
+    facts += [str(export.wait["ms"]) if bounded else "UINT32_MAX"]
     facts += [listed(f"\"{route}\"" for route in export.routes.values()), listed(numbers), listed(texts), listed(failing)]
     return f"VEXA_EXPORT({export.name}, ({arguments}),\n            {', '.join(facts)})"
 

@@ -23,7 +23,8 @@ int32_t WOA_EC_read(uint8_t offset, uint8_t table) VEXA_NOEXCEPT;
 
 /*
  * Writes one byte of an EC table. Returns 1 when the firmware accepted it, 0 when not. On early firmware of two models,
- * whose answer can't be told from none, 1 also when there was no answer.
+ * whose answer can't be told from none, 1 also when there was no answer. Makes two WMI calls: the second asks for the
+ * BIOS version, by which it tells those models.
  */
 uint32_t WOA_EC_write(uint8_t offset, uint8_t table, uint8_t value) VEXA_NOEXCEPT;
 

@@ -9,8 +9,9 @@
  * the multithreaded apartment already.
  *
  * Waits: a WMI call may take 5 seconds for the connection and 5 seconds for the class; the firmware's method itself is
- * not bounded. At most 8 WMI calls of a process connect at once; waiting for a turn is part of the first 5 seconds.
- * InitializeWinIo is not needed. Threads: any, except one of a single-threaded apartment.
+ * not bounded. WMISetBatteryHealth and WMISetQuietFan make two such calls, the others at most one. At most 8 WMI calls of
+ * a process connect at once; waiting for a turn is part of the first 5 seconds. InitializeWinIo is not needed. Threads:
+ * any, except one of a single-threaded apartment.
  */
 #ifndef VEXA_SETTINGS_H_
 #define VEXA_SETTINGS_H_

@@ -108,8 +108,9 @@ uint32_t HealthyTable_GetFanTestMode(void) VEXA_NOEXCEPT;
  * Turning off needs no mutex to write, so any thread, in any process, can end test mode in the EC. It releases only
  * what its own thread holds: off by another thread leaves the mutex with its owner.
  *
- * Waits at most VEXA_FAN_TEST_MODE_WAIT_MS for the mutex when turning on; so does the process's first call when
- * turning off, if another program has the mutex open.
+ * Waits at most VEXA_FAN_TEST_MODE_WAIT_MS for the mutex when turning on, and once more while another thread's first
+ * call is waiting; so does the process's first call when turning off, if another program has the mutex open. On ARM64
+ * two WMI calls follow, the second for the BIOS version.
  *
  * Returns 1 when the EC took the mode. 0 when turning on could not have the mutex (in time; its owner died holding
  * it, that once; it could not be created with the process's first call), and nothing was sent; and 0 for no table or

@@ -101,7 +101,7 @@ TEST_F(BatteryFirmware, OnlyTheCurrentIsSignedAndOnlyTheErrorIsABit) {
       {BatteryHealthyTable_Current, 0x8000, 0xFFFF8000, "-32768"},
       {BatteryHealthyTable_Current, 0x7FFF, 0x7FFF, "32767"},
       {BatteryHealthyTable_Current, 0xFFFFFF38, 0xFFFFFF38, "-200"},
-      {BatteryHealthyTable_Temperature, 0xFF38, 0xFF38, "65336"},
+      {BatteryHealthyTable_Temperature, 0xFFFFFF38, 0xFFFFFF38, "4294967096"},
       {BatteryHealthyTable_BatteryError, 0x0080, 1, "1"},
       {BatteryHealthyTable_BatteryError, 0xFF7F, 0, "0"},
       {BatteryHealthyTable_BatteryError, 0xFFFF, 1, "1"},

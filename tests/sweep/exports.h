@@ -108,6 +108,7 @@ struct Export {
   const char* name;
   Answer (*call)(FARPROC function, Arguments& a);
   std::string_view family, kind, threads, effect;
+  uint32_t wait_ms;  // at most, of the library's own waits
   std::string_view routes[2];  // by machine: x64, arm64
   std::vector<ReservedNumber> reserved;
   std::vector<std::string_view> reserved_texts;

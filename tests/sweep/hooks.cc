@@ -204,7 +204,7 @@ VEXA_CALL(WideCharToMultiByte, kFalse)
 VEXA_CALL(ReadFile, kFalse)
 VEXA_CALL(WriteFile, kFalse)
 VEXA_CALL(ReleaseMutex, kRelease)
-VEXA_CALL(WaitForSingleObject, kWait)
+VEXA_CALL(WaitForSingleObject, kWait, Injector::Get().AskToWait(VEXA_ARGUMENT(1)))
 // Looked up at run time
 VEXA_FILLS(WlanOpenHandle, kStatus, "WLAN client", 3)
 VEXA_FILLS(WlanEnumInterfaces, kStatus, "WLAN memory", 2)

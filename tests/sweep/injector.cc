@@ -49,6 +49,7 @@ void Injector::Arm(const Plan& plan) {
   plan_ = plan;
   calls_.clear();
   call_count_ = allocation_count_ = 0;
+  asked_ms_ = 0;
   injected_ = false;
   armed_ = true;
 }

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -38,11 +39,13 @@ class Injector {
   size_t call_count() const { return call_count_; }
   size_t allocation_count() const { return allocation_count_; }
   bool injected() const { return injected_; }
+  uint32_t asked_ms() const { return asked_ms_; }  // bounds of the waits, added up
   bool armed() const { return armed_; }
 
   // For hooks: whether this thread is in the library's own code, the call's failure, and an allocation's.
   bool Counts() const { return armed_ && inside_ == 0; }
   std::optional<Failure> NextCall(const char* name);
+  void AskToWait(uint32_t ms) { asked_ms_ += ms; }
   bool NextAllocationFails();
 
   // What the system does by itself is no call of the library.
@@ -61,6 +64,7 @@ class Injector {
   Plan plan_;
   std::vector<std::string> calls_;
   std::atomic<size_t> call_count_ = 0, allocation_count_ = 0;
+  std::atomic<uint32_t> asked_ms_ = 0;
   std::atomic<bool> injected_ = false;
 };
 

@@ -185,10 +185,12 @@ struct Subject::World {
 
   static std::optional<HRESULT> ComFault(const std::string& function, bool* hangs = nullptr) {
     if (!Injector::Get().Counts()) return std::nullopt;
+    const bool bounded = function == "ConnectServer" || function == "ExecQuery";
+    if (bounded) Injector::Get().AskToWait(kWmiWaitMs);
     const std::optional<Failure> failure = Injector::Get().NextCall(function.c_str());
     if (!failure) return std::nullopt;
     // A call that is waited for answers too late; it does so once the caller has gone.
-    if (*failure == Failure::kTimeOut && (function == "ConnectServer" || function == "ExecQuery")) {
+    if (*failure == Failure::kTimeOut && bounded) {
       *hangs = true;
       return std::nullopt;
     }
@@ -319,6 +321,9 @@ Outcome Subject::Run(const Plan& plan) {
   world_->After(export_.name, outcome.answer);
   ended = world_->WaitForTasks() && ended;
   if (!ended) outcome.faults.emplace_back("a task never ended");
+  if (injector.asked_ms() > export_.wait_ms) {
+    outcome.faults.push_back("may wait " + std::to_string(injector.asked_ms()) + " ms, and the catalogue says less");
+  }
   outcome.injected = injector.injected();
   if (plan.what == Plan::What::kNothing) good_calls_ = injector.calls();
   outcome.call_count = injector.call_count();
