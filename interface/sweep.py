@@ -40,7 +40,7 @@ def row(export):
                for f in export.failing]
     # A list of queries as long as an answer has no bound of its own.
     bounded = "each further" not in (export.wait["beyond"] or "")
-    facts += [str(export.wait["ms"]) if bounded else "UINT32_MAX"]
+    facts += [str(export.wait["ms"]) if bounded else "UINT32_MAX", str(export.minimum_table_version or 0)]
     facts += [listed(f"\"{route}\"" for route in export.routes.values()), listed(numbers), listed(texts), listed(failing)]
     return f"VEXA_EXPORT({export.name}, ({arguments}),\n            {', '.join(facts)})"
 

@@ -109,6 +109,7 @@ struct Export {
   Answer (*call)(FARPROC function, Arguments& a);
   std::string_view family, kind, threads, effect;
   uint32_t wait_ms;  // at most, of the library's own waits
+  uint8_t least_table_version;
   std::string_view routes[2];  // by machine: x64, arm64
   std::vector<ReservedNumber> reserved;
   std::vector<std::string_view> reserved_texts;

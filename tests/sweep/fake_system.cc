@@ -266,12 +266,11 @@ void FakeSystem::Reset(const std::wstring& arch) {
 namespace {
 
 constexpr DWORD kCallAcpiMethod = 0x0022240C;
-constexpr uint8_t kNewestTable = 28;
 
 uint8_t RegisterOf(const EcCommandRecord& record) {
   if (record.command == 0xBB) {
     switch (record.data[0]) {
-      case 0x50: return kNewestTable;
+      case 0x50: return FakeDevices::table_version;
       case 0x51: return 0x80;  // the EC reports its revision
       default: return 'A';
     }

@@ -59,10 +59,14 @@ class FakeSystem {
   std::map<std::string, std::unique_ptr<ImportPatch>> patches_;
 };
 
+inline constexpr uint8_t kNewestTable = 28;
+
 // The driver's and the firmware's devices behind DeviceIoControl; other requests go where they went before.
 class FakeDevices {
  public:
   FakeDevices();
+
+  static inline uint8_t table_version = kNewestTable;
 
  private:
   ImportPatch patch_;
